@@ -1,0 +1,40 @@
+# The two commands of the README: `make demo` and `make test`. Everything else is theirs.
+JOBS       ?= $(shell nproc)
+BUILD      ?= build
+ASAN_BUILD ?= build-sanitize
+DEMO_HOST  ?= $(BUILD)/demo-host
+
+.PHONY: all deps build demo demo-fresh test test-sanitize clean
+
+all: build
+
+deps:
+	@scripts/install-deps.sh
+
+build: deps
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake --build $(BUILD) -j$(JOBS)
+
+# Runs the console in this terminal on a simulated host kept under build/ between runs.
+demo: build
+	@if [ ! -e $(DEMO_HOST)/etc/konu-sim/host.json ]; then $(BUILD)/konu-hostsim create $(DEMO_HOST) >/dev/null; fi
+	@echo "Simulated host: $(DEMO_HOST)  (start afresh with: make demo-fresh)"
+	@echo "Log in as root, password konu. F2 to log in; Esc leaves screens; Ctrl-C ends the console."
+	@sleep 2
+	$(BUILD)/konu --host-root $(DEMO_HOST)
+
+demo-fresh:
+	rm -rf $(DEMO_HOST)
+	$(MAKE) demo
+
+test: build
+	cd $(BUILD) && ctest --output-on-failure -j$(JOBS) --timeout 300
+
+test-sanitize:
+	@scripts/install-deps.sh
+	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DKONU_SANITIZE=ON
+	cmake --build $(ASAN_BUILD) -j$(JOBS)
+	cd $(ASAN_BUILD) && ctest --output-on-failure -j$(JOBS) --timeout 600
+
+clean:
+	rm -rf $(BUILD) $(ASAN_BUILD)

@@ -1,0 +1,17 @@
+// Session-level operations that key reading and the welcome screen share.
+#pragma once
+
+namespace Konu {
+
+// The integer advanced option "/UserVars/KonuTimeOut", or 600 when it is missing, not an
+// integer option, or its read throws.
+unsigned ReadIdleTimeout();
+
+// Sets the session flag; when `on`, reads the idle time-out again.
+void SetSessionActive(bool on);
+
+// Outside a session: remember the user id of the smart card present (log when found).
+// Inside a smart-card session: exit(0) when that user's card is gone.
+void CheckSmartCard();
+
+}  // namespace Konu
