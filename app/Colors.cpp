@@ -14,11 +14,11 @@ struct ColorDefinition {
 
 // Redefined in this order when the terminal allows it; 0 (black) keeps its own value.
 constexpr ColorDefinition kRedefinedColors[] = {
-    {3, 1000, 800, 0},     // yellow
-    {6, 334, 334, 334},    // dark grey
-    {2, 667, 667, 667},    // light grey
-    {7, 1000, 1000, 1000}, // white
-    {1, 1000, 0, 0},       // red
+    {3, 1000, 800, 0},      // yellow
+    {6, 334, 334, 334},     // dark grey
+    {2, 667, 667, 667},     // light grey
+    {7, 1000, 1000, 1000},  // white
+    {1, 1000, 0, 0},        // red
 };
 
 // Every colour a window, item or mark-up text may name; 4 and 5 are never used.

@@ -2,11 +2,10 @@
 // descriptions, and every escape sequence of the key table read back through curses.
 #include <curses.h>
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <poll.h>
 #include <pty.h>
 #include <unistd.h>
-
-#include <gtest/gtest.h>
 
 #include <cstdio>
 #include <set>
@@ -241,7 +240,9 @@ TEST(KeyTable, EverySequenceInItsOrder) {
 TEST(KeyTable, SequencesAreDistinctAndNoneIsAPrefixOfAnother) {
   std::vector<KeySequence> table = Table();
   std::set<std::string> seen;
-  for (const KeySequence& sequence : table) EXPECT_TRUE(seen.insert(sequence.bytes).second) << sequence.bytes + 1;
+  for (const KeySequence& sequence : table) {
+    EXPECT_TRUE(seen.insert(sequence.bytes).second) << sequence.bytes + 1;
+  }
   for (const std::string& a : seen) {
     for (const std::string& b : seen) {
       if (a != b) {

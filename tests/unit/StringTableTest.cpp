@@ -101,8 +101,8 @@ TEST(StringLookup, SampleTextsAsWritten) {
 TEST(StringLookup, AliasesShowTheSameTextAsTheirId) {
   en_US_Factory factory;
   const std::pair<uint32_t, uint32_t> aliases[] = {
-      {44, 7},   {62, 10},  {69, 45},  {93, 47},   {98, 48},   {116, 51},  {125, 8},  {130, 64},
-      {149, 5},  {161, 1},  {173, 14}, {188, 65},  {200, 63},  {208, 9},   {245, 6},
+      {44, 7},  {62, 10}, {69, 45},  {93, 47},  {98, 48},  {116, 51}, {125, 8}, {130, 64},
+      {149, 5}, {161, 1}, {173, 14}, {188, 65}, {200, 63}, {208, 9},  {245, 6},
   };
   for (auto [alias, id] : aliases) {
     EXPECT_STREQ(factory.GetString(alias), factory.GetString(id)) << alias << " / " << id;
@@ -155,9 +155,9 @@ TEST(ProductLine, OtherExceptionsPassToTheCaller) {
 
 TEST(ProductLine, FieldsEndAtTheirTerminatorOrWidth) {
   VersionRecord record{};
-  std::memset(record.data(), 'N', 32);          // product name fills its field, no terminator
-  std::memset(record.data() + 32, 'V', 64);     // so does the version
-  std::memset(record.data() + 96, 'K', 32);     // and the kernel version
+  std::memset(record.data(), 'N', 32);               // product name fills its field, no terminator
+  std::memset(record.data() + 32, 'V', 64);          // so does the version
+  std::memset(record.data() + 96, 'K', 32);          // and the kernel version
   std::memset(record.data() + 128, 'B', 312 - 128);  // the build number runs to the end
   EXPECT_EQ(FormatProductLine(record), std::string(32, 'N') + " " + std::string(64, 'V') + " (NuKernel " +
                                            std::string(32, 'K') + " Build " + std::string(184, 'B') + ")");
