@@ -1,6 +1,8 @@
 // ListFocus: the arithmetic of moving the focus through a list and scrolling it.
 #include "ui/ListFocus.h"
 
+#include <cstddef>
+
 #include "ui/Item.h"
 
 namespace Konu {

@@ -1,7 +1,7 @@
 // The drawing pass into a TextArea's curses window.
 #include <curses.h>
 
-#include "app/Colors.h"
+#include "ui/CursesStyle.h"
 #include "ui/Markup.h"
 #include "ui/TextArea.h"
 
@@ -10,7 +10,7 @@ namespace Konu {
 void Render(TextArea& area, std::string_view laidOut) {
   WINDOW* window = area.Curses();
   if (!window) return;
-  wattr_set(window, A_NORMAL, 0, nullptr);  // every pass starts in the area's own colours
+  AttributeState attributes(window);  // every pass starts in the area's own colours
   for (const MarkupDrawOp& op : PlanMarkupDrawing(laidOut, area.Width(), area.Height(), area.Background(),
                                                   area.Foreground(), area.IsActive())) {
     switch (op.kind) {
@@ -18,10 +18,10 @@ void Render(TextArea& area, std::string_view laidOut) {
         mvwaddnstr(window, op.row, op.column, op.text.data(), static_cast<int>(op.text.size()));
         break;
       case MarkupDrawOp::kAttrOff:
-        wattr_off(window, ColorAttr(op.background, op.foreground), nullptr);
+        attributes.Off(op.background, op.foreground);
         break;
       case MarkupDrawOp::kAttrOn:
-        wattr_on(window, ColorAttr(op.background, op.foreground), nullptr);
+        attributes.On(op.background, op.foreground);
         break;
     }
   }

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "app/Colors.h"
+#include "ui/CursesStyle.h"
 
 namespace Konu {
 namespace {
@@ -58,7 +58,7 @@ void Window::ResolveColors(int background, int foreground) {
 }
 
 void Window::ApplyBackground(int background, int foreground) {
-  if (window_.get()) wbkgd(window_.get(), ColorAttr(background, foreground));
+  SetWindowBackground(window_.get(), background, foreground);
 }
 
 void Window::SetActive(bool active) {
