@@ -1,0 +1,226 @@
+// Key reading on a clock that runs fast: the screen dims after 60 s without a key and the
+// key that wakes it is delivered; the idle time-out never ends a session before 60 s, and
+// 0 never ends it; resizes and termination signals end the process with status 0; an exit
+// request during a session waits for the session to end.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <sstream>
+
+#include "app/Clock.h"
+#include "app/KonuTimeout.h"
+#include "app/Runtime.h"
+#include "app/SignalThread.h"
+#include "host/Log.h"
+#include "tests/harness/Terminal.h"
+#include "tests/screen/UiChild.h"
+#include "ui/Frame.h"
+#include "ui/TextArea.h"
+
+namespace Konu {
+namespace {
+
+using KonuTest::Terminal;
+using KonuTest::UiCurses;
+
+// Shows each key it reads until "q"; "o" ends the session.
+class KeyFrame : public Frame {
+ public:
+  explicit KeyFrame(bool idleTimeout)
+      : Frame(nullptr, 0, 0, 40, 6, 3, 0), idleTimeout_(idleTimeout), text_(this, 2, 2, 36, 1, 0) {}
+  int EventLoop() override {
+    text_.SetText("{color:red}waiting{/color}");
+    for (;;) {
+      int key = GetKey(idleTimeout_);
+      if (key == 'o') Runtime::Get().session.active = false;
+      char line[64];
+      snprintf(line, sizeof line, "got %s deferred=%d", keyname(key), Runtime::Get().session.deferredExit);
+      text_.SetText(line);
+      if (key == 'q') return 0;
+    }
+  }
+
+ private:
+  bool idleTimeout_;
+  TextArea text_;
+};
+
+struct Setup {
+  double speed = 1;
+  unsigned idleTimeout = 600;
+  bool useTimeout = false;
+  bool session = false;
+  bool signals = false;
+  std::string log = "";
+};
+
+// Runs a KeyFrame modally; a time-out shows "timeout after N s" in clock seconds.
+int RunKeys(const Setup& setup) {
+  UiCurses curses;
+  if (!curses.Ok()) return 2;
+  if (!setup.log.empty()) SetLogSink(std::make_unique<FileLogSink>(setup.log));
+  if (setup.signals) StartSignalThread();
+  static ScaledClock* clock = nullptr;
+  clock = new ScaledClock(setup.speed);
+  Runtime& runtime = Runtime::Get();
+  runtime.SetClock(clock);
+  runtime.session.idleTimeout = setup.idleTimeout;
+  runtime.session.active = setup.session;
+  KeyFrame frame(setup.useTimeout);
+  timeval start = clock->Now();
+  try {
+    frame.RunModal();
+  } catch (const KonuTimeout&) {
+    timeval end = clock->Now();
+    double seconds = (end.tv_sec - start.tv_sec) + (end.tv_usec - start.tv_usec) / 1e6;
+    char line[80];
+    snprintf(line, sizeof line, "timeout after %.1f s, top frame %s", seconds,
+             runtime.topFrame ? "set" : "cleared");
+    mvaddstr(LINES - 1, 0, line);
+    refresh();
+    UiCurses::HoldUntil('q');
+  }
+  return 0;
+}
+
+std::string TempPath() {
+  char path[] = "/tmp/konu-ui-log-XXXXXX";
+  int fd = mkstemp(path);
+  if (fd >= 0) close(fd);
+  return path;
+}
+
+std::string ReadAll(const std::string& path) {
+  std::ifstream in(path);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+bool Dimmed(const Terminal& t) {
+  KonuTest::CellColors cell = t.Colors(2, 2);
+  return cell.background == 0 && cell.foreground == 6;
+}
+
+double TimeoutSeconds(const Terminal& t) {
+  int row = -1;
+  if (!t.Find("timeout after ", &row, nullptr)) return -1;
+  double seconds = -1;
+  sscanf(t.Row(row).c_str(), "timeout after %lf", &seconds);
+  return seconds;
+}
+
+TEST(GetKeyScreen, TheScreenDimsAfterSixtySecondsAndTheWakingKeyIsDelivered) {
+  Terminal t(24, 80);
+  t.Fork([] { return RunKeys({.speed = 600, .idleTimeout = 600, .useTimeout = false}); }, KonuTest::UiEnv());
+  ASSERT_TRUE(t.WaitForText("waiting", 5000)) << t.Screen();
+  ASSERT_TRUE(t.WaitFor([&] { return Dimmed(t); }, 5000)) << t.Screen();
+  EXPECT_EQ(t.Colors(2, 2).foreground, 6);  // the red tag is off while dimmed
+  t.Press("x");
+  ASSERT_TRUE(t.WaitForText("got x", 5000)) << t.Screen();
+  EXPECT_EQ(t.Colors(2, 2).background, 3);
+  EXPECT_EQ(t.Colors(2, 2).foreground, 0);
+  t.Press("q");
+  int status = -1;
+  ASSERT_TRUE(t.WaitForExit(5000, &status));
+  EXPECT_EQ(status, 0);
+}
+
+TEST(GetKeyScreen, AnIdleTimeoutBelowSixtySecondsEndsOnlyAfterSixty) {
+  Terminal t(24, 80);
+  t.Fork([] { return RunKeys({.speed = 600, .idleTimeout = 30, .useTimeout = true}); }, KonuTest::UiEnv());
+  ASSERT_TRUE(t.WaitForText("timeout after", 5000)) << t.Screen();
+  EXPECT_GE(TimeoutSeconds(t), 60.0) << t.Screen();
+  EXPECT_TRUE(t.Find("top frame cleared", nullptr, nullptr)) << t.Screen();
+  t.Press("q");
+  EXPECT_TRUE(t.WaitForExit(5000, nullptr));
+}
+
+TEST(GetKeyScreen, ALongerIdleTimeoutDimsFirstAndEndsAfterItsOwnTime) {
+  Terminal t(24, 80);
+  t.Fork([] { return RunKeys({.speed = 600, .idleTimeout = 120, .useTimeout = true}); }, KonuTest::UiEnv());
+  ASSERT_TRUE(t.WaitFor([&] { return Dimmed(t); }, 5000)) << t.Screen();
+  ASSERT_TRUE(t.WaitForText("timeout after", 5000)) << t.Screen();
+  EXPECT_GE(TimeoutSeconds(t), 120.0) << t.Screen();
+  t.Press("q");
+  EXPECT_TRUE(t.WaitForExit(5000, nullptr));
+}
+
+TEST(GetKeyScreen, AnIdleTimeoutOfZeroNeverEndsButStillDims) {
+  Terminal t(24, 80);
+  // 60000 times faster: every real millisecond is a minute.
+  t.Fork([] { return RunKeys({.speed = 60000, .idleTimeout = 0, .useTimeout = true}); }, KonuTest::UiEnv());
+  ASSERT_TRUE(t.WaitFor([&] { return Dimmed(t); }, 5000)) << t.Screen();
+  EXPECT_FALSE(t.WaitForExit(500, nullptr)) << t.Screen();  // more than eight hours of its clock
+  EXPECT_FALSE(t.Find("timeout after", nullptr, nullptr)) << t.Screen();
+  t.Press("q");
+  int status = -1;
+  ASSERT_TRUE(t.WaitForExit(5000, &status));
+  EXPECT_EQ(status, 0);
+}
+
+TEST(GetKeyScreen, EscapeRAndARealResizeLogTheSizeAndEndWithStatusZero) {
+  {
+    const std::string log = TempPath();
+    Terminal t(24, 80);
+    t.Fork([log] { return RunKeys({.speed = 1, .idleTimeout = 600, .useTimeout = false, .log = log}); }, KonuTest::UiEnv());
+    ASSERT_TRUE(t.WaitForText("waiting", 5000)) << t.Screen();
+    t.Write("\x1bR");
+    int status = -1;
+    ASSERT_TRUE(t.WaitForExit(5000, &status));
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_NE(ReadAll(log).find("Resized window to 80x24"), std::string::npos) << ReadAll(log);
+    unlink(log.c_str());
+  }
+  {
+    const std::string log = TempPath();
+    Terminal t(24, 80);
+    t.Fork([log] { return RunKeys({.speed = 1, .idleTimeout = 600, .useTimeout = false, .signals = true, .log = log}); }, KonuTest::UiEnv());
+    ASSERT_TRUE(t.WaitForText("waiting", 5000)) << t.Screen();
+    t.Resize(30, 100);
+    int status = -1;
+    ASSERT_TRUE(t.WaitForExit(5000, &status));
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_NE(ReadAll(log).find("Resized window to 100x30"), std::string::npos) << ReadAll(log);
+    unlink(log.c_str());
+  }
+}
+
+TEST(GetKeyScreen, AnExitRequestDuringASessionWaitsAndATerminationSignalEndsAtOnce) {
+  Terminal t(24, 80);
+  t.Fork([] { return RunKeys({.speed = 1, .idleTimeout = 600, .useTimeout = false, .session = true, .signals = true}); }, KonuTest::UiEnv());
+  ASSERT_TRUE(t.WaitForText("waiting", 5000)) << t.Screen();
+  t.Signal(SIGUSR2);
+  // The request is a signal byte that may arrive after a key: press until it shows.
+  ASSERT_TRUE(t.WaitFor(
+      [&] {
+        t.Press("x");
+        return t.Find("deferred=1", nullptr, nullptr);
+      },
+      5000))
+      << t.Screen();
+  t.Press("o");  // the session ends; the next request ends the process
+  ASSERT_TRUE(t.WaitForText("got o", 5000)) << t.Screen();
+  t.Signal(SIGUSR2);
+  int status = -1;
+  ASSERT_TRUE(t.WaitForExit(5000, &status));
+  ASSERT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+
+  Terminal second(24, 80);
+  second.Fork([] { return RunKeys({.speed = 1, .idleTimeout = 600, .useTimeout = false, .session = true, .signals = true}); }, KonuTest::UiEnv());
+  ASSERT_TRUE(second.WaitForText("waiting", 5000)) << second.Screen();
+  second.Signal(SIGTERM);
+  ASSERT_TRUE(second.WaitForExit(5000, &status));
+  ASSERT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+}  // namespace
+}  // namespace Konu
