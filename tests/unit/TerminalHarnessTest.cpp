@@ -367,9 +367,18 @@ TEST(TerminalChild, SignalEndsTheChild) {
   EXPECT_EQ(WTERMSIG(status), SIGTERM);
 }
 
-TEST(TerminalChild, FailedExecThrows) {
+TEST(TerminalChild, MisuseIsReportedNotIgnored) {
   Terminal t(3, 20);
+  EXPECT_THROW(t.Press("Enter"), std::logic_error);  // no program yet
+  EXPECT_THROW(t.WaitForExit(10, nullptr), std::logic_error);
   EXPECT_THROW(t.Spawn({"/nonexistent/program"}), std::system_error);
+  EXPECT_THROW(Terminal(0, 80), std::invalid_argument);
+
+  Terminal twice(3, 20);
+  twice.Spawn({"/bin/sh", "-c", "exit 0"});
+  EXPECT_THROW(twice.Spawn({"/bin/sh", "-c", "exit 0"}), std::logic_error);
+  ASSERT_TRUE(twice.WaitForExit(2000, nullptr));
+  EXPECT_NO_THROW(twice.Press("Enter"));  // keys to a program that has gone go nowhere
 }
 
 TEST(TerminalChild, PtyIsTheControllingTerminal) {
