@@ -1,0 +1,24 @@
+// Host facts for the screens.
+#include "ops/HostFacts.h"
+
+#include <cctype>
+
+namespace Konu {
+
+std::string CollapseWhitespace(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  bool pendingBlank = false;
+  for (char c : text) {
+    if (std::isspace(static_cast<unsigned char>(c))) {
+      pendingBlank = !result.empty();
+      continue;
+    }
+    if (pendingBlank) result += ' ';
+    pendingBlank = false;
+    result += c;
+  }
+  return result;
+}
+
+}  // namespace Konu

@@ -1,0 +1,14 @@
+// Host facts as the screens show them: the management interface's name, and text from
+// the host tidied for one line.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace Konu {
+
+// `text` without leading and trailing whitespace (isspace), every inner run of
+// whitespace replaced by one blank.
+std::string CollapseWhitespace(std::string_view text);
+
+}  // namespace Konu
