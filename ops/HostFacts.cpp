@@ -2,8 +2,18 @@
 #include "ops/HostFacts.h"
 
 #include <cctype>
+#include <memory>
+
+#include "app/Runtime.h"
+#include "host/Host.h"
 
 namespace Konu {
+
+std::string ManagementInterfaceName() {
+  std::unique_ptr<HostCtl::Network::NetworkInfo> info = Runtime::Get().Host().CreateNetworkInfo();
+  info->UpdateManagementInterface();
+  return info->GetManagementInterfaceName();
+}
 
 std::string CollapseWhitespace(std::string_view text) {
   std::string result;

@@ -7,6 +7,11 @@
 
 namespace Konu {
 
+// The name of the host's management network interface ("" when there is none), asked of
+// a fresh network-information object of the host backend. A
+// HostCtl::Lib::HostCtlException from the backend goes on to the caller.
+std::string ManagementInterfaceName();
+
 // `text` without leading and trailing whitespace (isspace), every inner run of
 // whitespace replaced by one blank.
 std::string CollapseWhitespace(std::string_view text);
