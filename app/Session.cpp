@@ -1,0 +1,73 @@
+// Idle time-out, the session flag and the smart-card check.
+#include "app/Session.h"
+
+#include <syslog.h>
+
+#include <cstdlib>
+
+#include "app/Runtime.h"
+#include "host/AdvancedOptions.h"
+#include "host/Host.h"
+#include "host/HostCtlException.h"
+#include "host/Log.h"
+#include "host/SmartCardInfo.h"
+
+namespace Konu {
+
+unsigned ReadIdleTimeout() {
+  constexpr unsigned kDefault = 600;
+  try {
+    auto options = Runtime::Get().Host().CreateAdvancedOptions();
+    auto option = options->FindOption("/UserVars/KonuTimeOut");
+    auto* integer = dynamic_cast<HostCtl::Adv::AdvancedIntegerOption*>(option.get());
+    if (!integer || integer->GetValue() < 0) return kDefault;
+    return static_cast<unsigned>(integer->GetValue());
+  } catch (const HostCtl::Lib::HostCtlException&) {
+    return kDefault;
+  }
+}
+
+void SetSessionActive(bool on) {
+  Session& session = Runtime::Get().session;
+  session.active = on;
+  if (on) session.idleTimeout = ReadIdleTimeout();
+}
+
+namespace {
+// The user id of the first token found in any slot, or "".
+std::string PresentCardUser() {
+  auto cards = Runtime::Get().Host().CreateSmartCardInfo();
+  for (const auto& slot : cards->GetSlots()) {
+    if (slot.token) return slot.token->userId;
+  }
+  return "";
+}
+
+bool CardOfUserPresent(const std::string& user) {
+  auto cards = Runtime::Get().Host().CreateSmartCardInfo();
+  for (const auto& slot : cards->GetSlots()) {
+    if (slot.token && slot.token->userId == user) return true;
+  }
+  return false;
+}
+}  // namespace
+
+void CheckSmartCard() {
+  Session& session = Runtime::Get().session;
+  try {
+    if (!session.active) {
+      session.cardUserId = PresentCardUser();
+      if (!session.cardUserId.empty()) {
+        Log(LOG_INFO, "Found smart card with user id '%s'", session.cardUserId.c_str());
+      }
+    } else if (session.smartCardLogin && !CardOfUserPresent(session.user)) {
+      Log(LOG_INFO, "Logging out user id '%s'", session.user.c_str());
+      exit(0);
+    }
+  } catch (const HostCtl::Lib::HostCtlException& e) {
+    // A reader that cannot be asked leaves the session as it is.
+    Log(LOG_WARNING, "Smart card check failed: %s", e.what());
+  }
+}
+
+}  // namespace Konu

@@ -1,0 +1,16 @@
+// The signal thread: the six handled signals, blocked in every thread, become one byte each
+// on a pipe that key reading polls.
+#pragma once
+
+namespace Konu {
+
+// Blocks SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2 and SIGWINCH for the process, creates
+// the pipe (its read end goes to Runtime::signalReadFd) and starts the detached thread.
+// Exits with status 1 when the pipe or the thread cannot be made.
+void StartSignalThread();
+
+// The byte a signal becomes (1 SIGUSR1, 2 SIGUSR2, 3 SIGWINCH, 4 SIGINT/SIGQUIT/SIGTERM),
+// or 0 for any other signal.
+unsigned char SignalByte(int signal);
+
+}  // namespace Konu

@@ -1,0 +1,38 @@
+// Network facts of the host: the management interface, the physical NICs, IPv6 enablement.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/NukNic.h"
+#include "host/Pnic.h"
+
+namespace HostCtl::Network {
+
+class NetworkInfo {
+ public:
+  virtual ~NetworkInfo() = default;
+  NetworkInfo() = default;
+  NetworkInfo(const NetworkInfo&) = delete;
+  NetworkInfo& operator=(const NetworkInfo&) = delete;
+
+  // Looks up which virtual NIC carries the management network now.
+  virtual void UpdateManagementInterface() = 0;
+  // The name found by the last UpdateManagementInterface ("" when none).
+  virtual std::string GetManagementInterfaceName() const = 0;
+  // The management interface object, or null when there is none.
+  virtual std::unique_ptr<NukNic> GetManagementInterface() = 0;
+
+  // True when the kernel runs with IPv6 now.
+  virtual bool IsNukIpv6Enabled() const = 0;
+  // Sets IPv6 for the next boot (takes effect after a host restart).
+  virtual void SetNukIpv6Enabled(bool enabled) = 0;
+
+  // The host's physical NICs, in device order.
+  virtual std::vector<Pnic> GetPnics() const = 0;
+  // One physical NIC by name; throws HostCtl::Lib::HostCtlException when there is none.
+  virtual Pnic GetPnic(const std::string& name) const = 0;
+};
+
+}  // namespace HostCtl::Network

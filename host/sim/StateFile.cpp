@@ -1,0 +1,151 @@
+// The state file of a simulated host: locked, atomic read-modify-write of host.json.
+#include "host/sim/StateFile.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+namespace Konu::Sim {
+namespace {
+
+std::string ErrnoText() { return std::strerror(errno); }
+
+void MakeDirs(const std::string& dir) {
+  std::string partial;
+  std::stringstream parts(dir);
+  std::string piece;
+  if (!dir.empty() && dir.front() == '/') partial = "/";
+  while (std::getline(parts, piece, '/')) {
+    if (piece.empty()) continue;
+    partial += piece;
+    if (mkdir(partial.c_str(), 0755) != 0 && errno != EEXIST)
+      throw StateFileError(partial + ": cannot create directory: " + ErrnoText());
+    partial += '/';
+  }
+}
+
+std::string DirName(const std::string& path) {
+  auto slash = path.rfind('/');
+  return slash == std::string::npos ? "." : path.substr(0, slash);
+}
+
+void WriteAll(int fd, const std::string& data, const std::string& path) {
+  size_t done = 0;
+  while (done < data.size()) {
+    ssize_t n = write(fd, data.data() + done, data.size() - done);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) throw StateFileError(path + ": cannot write: " + ErrnoText());
+    done += static_cast<size_t>(n);
+  }
+}
+
+}  // namespace
+
+std::string StateFilePath(const std::string& root) {
+  std::string r = root;
+  while (r.size() > 1 && r.back() == '/') r.pop_back();
+  return r + "/etc/konu-sim/host.json";
+}
+
+StateLock::StateLock(const std::string& lockPath) {
+  fd_ = open(lockPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+  if (fd_ < 0) throw StateFileError(lockPath + ": cannot open lock file: " + ErrnoText());
+  while (flock(fd_, LOCK_EX) != 0) {
+    if (errno == EINTR) continue;
+    std::string why = ErrnoText();
+    close(fd_);
+    fd_ = -1;
+    throw StateFileError(lockPath + ": cannot lock: " + why);
+  }
+}
+
+StateLock::~StateLock() {
+  if (fd_ >= 0) close(fd_);  // closing drops the flock
+}
+
+StateFile::StateFile(std::string root) : root_(std::move(root)), path_(StateFilePath(root_)) {}
+
+nlohmann::json StateFile::ReadUnlocked() const {
+  std::ifstream in(path_, std::ios::binary);
+  if (!in) throw StateFileError(path_ + ": cannot open: " + ErrnoText());
+  std::stringstream buffer;
+  buffer << in.rdbuf();
+  std::string text = buffer.str();
+  try {
+    return nlohmann::json::parse(text);
+  } catch (const nlohmann::json::parse_error& e) {
+    // Turn the byte offset into a line and column an editor can jump to.
+    size_t line = 1, column = 1;
+    for (size_t i = 0; i + 1 < e.byte && i < text.size(); ++i) {
+      if (text[i] == '\n') {
+        ++line;
+        column = 1;
+      } else {
+        ++column;
+      }
+    }
+    std::string what = e.what();
+    auto colon = what.find(": ");
+    if (what.rfind("[json.exception", 0) == 0 && colon != std::string::npos) what = what.substr(colon + 2);
+    throw StateFileError(path_ + ": malformed state at line " + std::to_string(line) + ", column " +
+                         std::to_string(column) + ": " + what);
+  }
+}
+
+void StateFile::WriteUnlocked(const nlohmann::json& state) {
+  std::string text = state.dump(2) + "\n";
+  std::string temp = path_ + ".tmp." + std::to_string(getpid());
+  int fd = open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  if (fd < 0) throw StateFileError(temp + ": cannot create: " + ErrnoText());
+  try {
+    WriteAll(fd, text, temp);
+    if (fsync(fd) != 0) throw StateFileError(temp + ": cannot sync: " + ErrnoText());
+  } catch (...) {
+    close(fd);
+    unlink(temp.c_str());
+    throw;
+  }
+  close(fd);
+  if (rename(temp.c_str(), path_.c_str()) != 0) {
+    std::string why = ErrnoText();
+    unlink(temp.c_str());
+    throw StateFileError(path_ + ": cannot replace: " + why);
+  }
+}
+
+nlohmann::json StateFile::Read() const {
+  // The writer renames a complete file into place, so a reader needs no lock.
+  return ReadUnlocked();
+}
+
+void StateFile::Update(const std::function<void(nlohmann::json&)>& change) {
+  StateLock lock(path_ + ".lock");
+  nlohmann::json state = ReadUnlocked();
+  change(state);
+  WriteUnlocked(state);
+}
+
+void StateFile::Write(const nlohmann::json& state) {
+  MakeDirs(DirName(path_));
+  StateLock lock(path_ + ".lock");
+  WriteUnlocked(state);
+}
+
+nlohmann::json StateFile::Get(const std::string& pointer) const {
+  nlohmann::json state = Read();
+  try {
+    nlohmann::json::json_pointer ptr(pointer);
+    if (!state.contains(ptr)) throw StateFileError(path_ + ": no value at " + pointer);
+    return state.at(ptr);
+  } catch (const nlohmann::json::exception& e) {
+    throw StateFileError(path_ + ": bad pointer " + pointer + ": " + e.what());
+  }
+}
+
+}  // namespace Konu::Sim

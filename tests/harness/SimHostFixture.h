@@ -1,0 +1,45 @@
+// A fresh simulated host per test, made with konu-hostsim, and the console started on it in
+// a test terminal. Paths given to the helpers are relative to the host root ("var/log/...").
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/harness/Terminal.h"
+
+namespace KonuTest {
+
+class SimHostFixture : public ::testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  const std::string& Root() const { return root_; }
+  std::string HostFile(const std::string& relative) const { return root_ + "/" + relative; }
+  std::string ReadFile(const std::string& relative) const;  // "" when missing
+  void WriteFile(const std::string& relative, const std::string& text) const;
+
+  std::string Syslog() const { return ReadFile("var/log/syslog.log"); }
+  std::string Journal() const { return ReadFile("var/log/hostsim.log"); }
+
+  nlohmann::json State(const std::string& pointer) const;
+  void SetState(const std::string& pointer, const nlohmann::json& value) const;
+
+  // The welcome screen's product line as the host's version record makes it.
+  std::string ProductLine() const;
+
+  // Starts konu on this host. clockSpeed > 0 runs the console's clock that much faster.
+  void StartKonu(Terminal& term, const std::vector<std::string>& args = {}, double clockSpeed = 0) const;
+
+  // True when the program left the alternate screen and showed the cursor again.
+  static bool TerminalRestored(const Terminal& term);
+
+ private:
+  std::string root_;
+};
+
+}  // namespace KonuTest

@@ -1,0 +1,32 @@
+// Dialog: the layout of the standard modal box.
+#include "ui/Dialog.h"
+
+#include <curses.h>
+
+namespace Konu {
+
+Dialog::Dialog(Frame* owner, int width, int height, int headerHeight)
+    : Frame(owner, (COLS - width) / 2, (LINES - height) / 2, width, height, 0, 7) {
+  if (Curses()) {
+    werase(Curses());
+    box(Curses(), 0, 0);
+  }
+  const int bodyHeight = height - headerHeight;
+  header_ = std::make_unique<Window>(this, 0, 0, width, headerHeight, 6, 7);
+  body_ = std::make_unique<Window>(this, 0, headerHeight, width, bodyHeight, 3, 7);
+  title_ = std::make_unique<TextArea>(header_.get(), 3, 1, width - 6, 1, 7);
+  description_ = std::make_unique<TextArea>(header_.get(), 3, 3, width - 6, headerHeight - 4, 2);
+  footer_ = std::make_unique<TextArea>(body_.get(), 2, bodyHeight - 2, width - 4, 1, 0);
+  if (bodyHeight - 4 >= 1) {
+    content_ = std::make_unique<Window>(body_.get(), 2, 1, width - 4, bodyHeight - 4, 3, 6);
+  }
+}
+
+Dialog::~Dialog() = default;
+
+void Dialog::SetActive(bool active) {
+  if (active && Owner()) Owner()->Update();
+  Frame::SetActive(active);
+}
+
+}  // namespace Konu

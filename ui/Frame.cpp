@@ -1,0 +1,153 @@
+// Frame: modal running and the key reader with its dimming and idle time-out.
+#include "ui/Frame.h"
+
+#include <curses.h>
+#include <sys/ioctl.h>
+#include <syslog.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "app/Clock.h"
+#include "app/Input.h"
+#include "app/KonuTimeout.h"
+#include "app/Runtime.h"
+#include "app/Session.h"
+#include "host/Log.h"
+#include "ui/strings/StringFactory.h"
+
+namespace Konu {
+namespace {
+
+constexpr time_t kDimSeconds = 60;
+constexpr unsigned kShortestIdleSeconds = 60;
+
+timeval After(const timeval& start, time_t seconds) {
+  timeval t = start;
+  t.tv_sec += seconds;
+  return t;
+}
+
+// Strictly later: seconds first, then microseconds.
+bool Later(const timeval& a, const timeval& b) {
+  return a.tv_sec != b.tv_sec ? a.tv_sec > b.tv_sec : a.tv_usec > b.tv_usec;
+}
+
+// The span from `now` to `deadline`, never negative.
+timeval Until(const timeval& deadline, const timeval& now) {
+  if (!Later(deadline, now)) return timeval{0, 0};
+  timeval span;
+  span.tv_sec = deadline.tv_sec - now.tv_sec;
+  span.tv_usec = deadline.tv_usec - now.tv_usec;
+  if (span.tv_usec < 0) {
+    span.tv_usec += 1000000;
+    --span.tv_sec;
+  }
+  return span;
+}
+
+}  // namespace
+
+Frame::Frame(Frame* owner, int x, int y, int width, int height, int background, int foreground)
+    : Window(x, y, width, height, background, foreground), owner_(owner), strings_(StringFactory::Get("en_US")) {}
+
+Frame::~Frame() = default;
+
+const char* Frame::GetString(uint32_t id) const { return strings_ ? strings_->GetString(id) : ""; }
+
+int Frame::RunModal() {
+  Runtime& runtime = Runtime::Get();
+  runtime.topFrame = nullptr;
+  if (owner_) {
+    owner_->SetActive(false);
+    owner_->Update();
+  }
+  SetActive(true);
+  runtime.topFrame = this;
+  int result;
+  try {
+    result = EventLoop();
+  } catch (const KonuTimeout&) {
+    runtime.topFrame = nullptr;
+    throw;
+  }
+  if (owner_) {
+    owner_->SetActive(true);
+    owner_->Update();
+  }
+  runtime.topFrame = owner_;
+  return result;
+}
+
+int Frame::GetKey(bool idleTimeout) {
+  Runtime& runtime = Runtime::Get();
+  const Clock& clock = runtime.Clock();
+  const unsigned timeout = runtime.session.idleTimeout;
+  const bool timeoutApplies = idleTimeout && timeout != 0;
+  const timeval start = clock.Now();
+  const timeval dimDeadline = After(start, kDimSeconds);
+  const timeval idleDeadline = After(start, std::max(timeout, kShortestIdleSeconds));
+  bool dimmed = false;
+
+  for (;;) {
+    const timeval now = clock.Now();
+    if (timeoutApplies && Later(now, idleDeadline)) {
+      runtime.topFrame = nullptr;
+      throw KonuTimeout{};
+    }
+    if (!dimmed && Later(now, dimDeadline)) {
+      SetActive(false);
+      Update();
+      dimmed = true;
+    }
+    int result;
+    if (dimmed) {
+      timeval span = Until(idleDeadline, now);
+      result = WaitForInput(timeoutApplies ? &span : nullptr);
+    } else {
+      timeval span = Until(dimDeadline, now);
+      result = WaitForInput(&span);
+    }
+
+    if (result >= 0 && result != KEY_RESIZE) {
+      if (dimmed) {
+        clearok(curscr, TRUE);
+        SetActive(true);
+        Update();
+      }
+      return result;  // the key that ends dimming is delivered too
+    }
+    switch (result) {
+      case kWaitSigUsr1:
+        if (runtime.topFrame) runtime.topFrame->Notification();
+        CheckSmartCard();
+        break;
+      case kWaitSigUsr2:
+        if (!runtime.session.active) std::exit(0);
+        runtime.session.deferredExit = true;
+        break;
+      case kWaitSigWinch:
+      case KEY_RESIZE:
+        EndForResize();
+      case kWaitTerminate:
+        std::exit(0);
+      default:
+        break;  // the limit expired, or nothing usable arrived
+    }
+  }
+}
+
+void Frame::EndForResize() {
+  // The console does not lay out again for a new size: it ends, and its supervisor starts
+  // it again at the new size.
+  winsize size{};
+  if (ioctl(0, TIOCGWINSZ, &size) == 0 && size.ws_row != 0 && size.ws_col != 0) {
+    resizeterm(size.ws_row, size.ws_col);
+    Log(LOG_INFO, "Resized window to %dx%d", size.ws_col, size.ws_row);
+    refresh();
+  }
+  std::exit(0);
+}
+
+}  // namespace Konu

@@ -1,0 +1,33 @@
+// RootWindow: builds the two-pane layout from the screen size at construction.
+#include "ui/RootWindow.h"
+
+#include <curses.h>
+#include <syslog.h>
+
+#include "host/Log.h"
+
+namespace Konu {
+
+RootWindow::RootWindow(Frame* owner) : Frame(owner, 0, 0, COLS, LINES, 0, 7) {
+  const int half = COLS / 2;
+  mainArea_ = std::make_unique<Window>(this, 0, 0, COLS, LINES - 1, 2, 7);
+  bottomLine_ = std::make_unique<Window>(this, 0, LINES - 1, COLS, 1, 0, 2);
+  leftPane_ = std::make_unique<Window>(mainArea_.get(), 0, 0, half, LINES - 1, 3, 7);
+  rightPane_ = std::make_unique<Window>(mainArea_.get(), half, 0, half, LINES - 1, 6, 7);
+  menuList_ = std::make_unique<ItemList>(leftPane_.get(), 2, 4, half - 2, LINES - 6);
+  menuTitle_ = std::make_unique<TextArea>(leftPane_.get(), 3, 1, half - 6, 1, 0);
+  leftFooter_ = std::make_unique<TextArea>(leftPane_.get(), 2, LINES - 3, half - 3, 1, 0);
+  informationTitle_ = std::make_unique<TextArea>(rightPane_.get(), 2, 1, half - 6, 1, 7);
+  informationText_ = std::make_unique<TextArea>(rightPane_.get(), 2, 4, half - 4, LINES - 6, 2);
+  rightFooter_ = std::make_unique<TextArea>(rightPane_.get(), 1, LINES - 3, half - 3, 1, 7);
+
+  if (WINDOW* main = mainArea_->Curses()) {
+    box(main, 0, 0);
+    mvwhline(main, 2, 1, 0, mainArea_->Width() - 2);  // under the two titles
+  }
+  Log(LOG_INFO, "COLS=%d, LINES=%d", COLS, LINES);
+}
+
+RootWindow::~RootWindow() = default;
+
+}  // namespace Konu

@@ -1,0 +1,127 @@
+// Window: position, colours, the curses window and the child list; activation and the
+// cursor that top-level windows save while they are dimmed.
+#include "ui/Window.h"
+
+#include <algorithm>
+
+#include "app/Colors.h"
+
+namespace Konu {
+namespace {
+
+// Colours of a window without parent whose constructor got -1.
+constexpr int kTopBackground = 0;
+constexpr int kTopForeground = 7;
+
+// The dimmed look: dark grey on black.
+constexpr int kDimBackground = 0;
+constexpr int kDimForeground = 6;
+
+WINDOW* MakeCursesWindow(Window* parent, int x, int y, int width, int height) {
+  if (width <= 0 || height <= 0) return nullptr;  // curses would read 0 as "to the edge"
+  if (!parent) return newwin(height, width, y, x);
+  if (!parent->Curses()) return nullptr;
+  return subwin(parent->Curses(), height, width, y, x);
+}
+
+}  // namespace
+
+Window::CursorState& Window::ScreenCursor() {
+  static CursorState cursor;
+  return cursor;
+}
+
+Window::Window(Window* parent, int x, int y, int width, int height, int background, int foreground)
+    : x_(x + (parent ? parent->x_ : 0)),
+      y_(y + (parent ? parent->y_ : 0)),
+      width_(width),
+      height_(height),
+      parent_(parent),
+      window_(MakeCursesWindow(parent, x_, y_, width, height)) {
+  ResolveColors(background, foreground);
+  if (parent_) parent_->children_.push_back(this);
+  ApplyBackground(background_, foreground_);
+}
+
+Window::Window(int x, int y, int width, int height, int background, int foreground)
+    : Window(nullptr, x, y, width, height, background, foreground) {}
+
+Window::~Window() {
+  // Children that outlive this window become top-level ones rather than point at it.
+  for (Window* child : children_) child->parent_ = nullptr;
+  if (parent_) std::erase(parent_->children_, this);
+}
+
+void Window::ResolveColors(int background, int foreground) {
+  background_ = background != -1 ? background : parent_ ? parent_->background_ : kTopBackground;
+  foreground_ = foreground != -1 ? foreground : parent_ ? parent_->foreground_ : kTopForeground;
+}
+
+void Window::ApplyBackground(int background, int foreground) {
+  if (window_.get()) wbkgd(window_.get(), ColorAttr(background, foreground));
+}
+
+void Window::SetActive(bool active) {
+  active_ = active;
+  CursorState& cursor = ScreenCursor();
+  if (active) {
+    ApplyBackground(background_, foreground_);
+    for (Window* child : children_) child->SetActive(true);
+    Update();
+    if (!parent_) {
+      ShowCursor(saved_.visible);
+      if (saved_.visible) {
+        cursor.column = saved_.column;
+        cursor.row = saved_.row;
+        move(cursor.row, cursor.column);
+        refresh();
+      }
+    }
+  } else {
+    if (!parent_) {
+      saved_ = cursor;
+      ShowCursor(false);
+    }
+    ApplyBackground(kDimBackground, kDimForeground);
+    for (Window* child : children_) child->SetActive(false);
+    Update();
+  }
+  flushinp();
+}
+
+void Window::SetColors(int background, int foreground) {
+  ResolveColors(background, foreground);
+  if (!active_) return;
+  ApplyBackground(background_, foreground_);
+  for (Window* child : children_) child->SetColors(background_, foreground_);
+}
+
+void Window::SetCursor(int column, int row) {
+  CursorState& cursor = ScreenCursor();
+  cursor.column = x_ + column;
+  cursor.row = y_ + row;
+  move(cursor.row, cursor.column);
+  refresh();
+}
+
+void Window::ShowCursor(bool visible) {
+  curs_set(visible ? 1 : 0);
+  ScreenCursor().visible = visible;
+}
+
+void Window::Redraw() {
+  if (window_.get()) wredrawln(window_.get(), 0, height_);
+  for (Window* child : children_) child->Redraw();
+}
+
+void Window::Update() {
+  if (!window_.get()) return;
+  touchwin(window_.get());
+  wrefresh(window_.get());
+}
+
+void Window::DeleteChildren() {
+  while (!children_.empty()) delete children_.front();
+}
+
+}  // namespace Konu
