@@ -73,17 +73,29 @@ int Terminal::Impl::OnBell(void* user) {
 }
 
 bool Terminal::Impl::ReadOnce(int ms) {
-  if (master < 0 || hungUp) return false;
-  pollfd pfd{master, POLLIN, 0};
-  int ready = poll(&pfd, 1, ms);
-  if (ready < 0 && errno != EINTR) throw std::system_error(errno, std::generic_category(), "poll");
-  if (ready <= 0) return false;
+  if (master < 0) {
+    if (ms > 0) std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+    return false;
+  }
+  if (hungUp) {
+    // No slave is open, so poll would return at once: wait as asked, then look again
+    // (a program may reopen its terminal).
+    if (ms > 0) std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+  } else {
+    pollfd pfd{master, POLLIN, 0};
+    int ready = poll(&pfd, 1, ms);
+    if (ready < 0 && errno != EINTR) {
+      throw std::system_error(errno, std::generic_category(), "poll");
+    }
+    if (ready <= 0) return false;
+  }
   bool got = false;
   char buffer[16384];
   for (;;) {
     ssize_t n = read(master, buffer, sizeof buffer);
     if (n > 0) {
       got = true;
+      hungUp = false;
       bytesRead += static_cast<size_t>(n);
       vterm_input_write(vt, buffer, static_cast<size_t>(n));
       continue;
@@ -171,8 +183,8 @@ void Terminal::Pump(int ms) {
   auto deadline = Clock::now() + std::chrono::milliseconds(ms);
   impl_->Drain();
   for (int left = MsLeft(deadline); left > 0; left = MsLeft(deadline)) {
-    if (impl_->hungUp) break;  // nothing more can come
-    impl_->ReadOnce(left);
+    if (impl_->master < 0 || (impl_->hungUp && impl_->Reap())) break;  // nothing can come
+    impl_->ReadOnce(impl_->hungUp ? std::min(left, kRecheckMs) : left);
   }
 }
 
@@ -183,12 +195,7 @@ bool Terminal::WaitFor(const std::function<bool()>& condition, int timeoutMs) {
     if (condition()) return true;
     int left = MsLeft(deadline);
     if (left == 0) return false;
-    int slice = std::min(left, kRecheckMs);
-    if (impl_->hungUp) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(slice));
-    } else {
-      impl_->ReadOnce(slice);
-    }
+    impl_->ReadOnce(std::min(left, kRecheckMs));
   }
 }
 

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <clocale>
 #include <cstdio>
 #include <string>
 #include <system_error>
@@ -224,6 +225,31 @@ TEST(TerminalCurses, TextAndPairColoursOfACursesProgram) {
   EXPECT_TRUE(t.CursorVisible());
 }
 
+int CursesBoxInUtf8() {
+  setlocale(LC_ALL, "");
+  SCREEN* screen = newterm(nullptr, stdout, stdin);
+  if (screen == nullptr) return 2;
+  box(stdscr, 0, 0);
+  mvaddstr(1, 1, "Gr\u00fc\u00dfe");
+  refresh();
+  getch();
+  endwin();
+  delscreen(screen);
+  return 0;
+}
+
+TEST(TerminalCurses, LineDrawingAndUtf8TextReadBackAsUnicode) {
+  Terminal t(3, 8);
+  t.Fork(CursesBoxInUtf8, {"LANG=C.UTF-8"});
+  ASSERT_TRUE(t.WaitForText("\u2518", 3000)) << t.Screen();  // the last corner drawn
+  EXPECT_EQ(t.Screen(),
+            "\u250c\u2500\u2500\u2500\u2500\u2500\u2500\u2510\n"
+            "\u2502Gr\u00fc\u00dfe \u2502\n"
+            "\u2514\u2500\u2500\u2500\u2500\u2500\u2500\u2518");
+  t.Press("q");
+  EXPECT_TRUE(t.WaitForExit(3000, nullptr));
+}
+
 // Reads six keys with keypad() on and shows their curses names.
 int CursesKeyNames() {
   SCREEN* screen = newterm(nullptr, stdout, stdin);
@@ -341,9 +367,18 @@ TEST(TerminalChild, SignalEndsTheChild) {
   EXPECT_EQ(WTERMSIG(status), SIGTERM);
 }
 
-TEST(TerminalChild, FailedExecThrows) {
+TEST(TerminalChild, MisuseIsReportedNotIgnored) {
   Terminal t(3, 20);
+  EXPECT_THROW(t.Press("Enter"), std::logic_error);  // no program yet
+  EXPECT_THROW(t.WaitForExit(10, nullptr), std::logic_error);
   EXPECT_THROW(t.Spawn({"/nonexistent/program"}), std::system_error);
+  EXPECT_THROW(Terminal(0, 80), std::invalid_argument);
+
+  Terminal twice(3, 20);
+  twice.Spawn({"/bin/sh", "-c", "exit 0"});
+  EXPECT_THROW(twice.Spawn({"/bin/sh", "-c", "exit 0"}), std::logic_error);
+  ASSERT_TRUE(twice.WaitForExit(2000, nullptr));
+  EXPECT_NO_THROW(twice.Press("Enter"));  // keys to a program that has gone go nowhere
 }
 
 TEST(TerminalChild, PtyIsTheControllingTerminal) {
@@ -386,8 +421,14 @@ TEST(TerminalChild, BoundedWaitGivesUpInTime) {
   EXPECT_FALSE(t.WaitForText("never", 200));
   long took = ElapsedMs(start);
   EXPECT_GE(took, 200);
-  EXPECT_LT(took, 1500);
+  EXPECT_LT(took, 2000);
   EXPECT_TRUE(t.WaitForNoText("never", 0));
+
+  start = Clock::now();
+  t.Pump(100);
+  took = ElapsedMs(start);
+  EXPECT_GE(took, 100);
+  EXPECT_LT(took, 2000);
 }
 
 TEST(TerminalChild, WaitForExitKeepsDrainingALoudChild) {

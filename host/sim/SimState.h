@@ -1,0 +1,61 @@
+// What every simulated service shares: the state file, the injected-fault check, JSON reads
+// with defaults, and the translation of state-file errors into host-control errors.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+#include "host/sim/StateFile.h"
+
+namespace HostCtl::Sim {
+
+// State read by this file:
+//   /faults/operations/<Service>.<Operation>   message of the exception that operation throws
+class SimState {
+ public:
+  explicit SimState(std::string root) : root_(root), file_(std::move(root)) {}
+
+  const std::string& Root() const { return root_; }
+  // An absolute host path ("/var/log/zebd.log") under the simulated root.
+  std::string Path(const std::string& absolute) const;
+
+  // Throws HostCtlException with the injected message when
+  // "/faults/operations/<operation>" holds one ("NukNic.SetIpConfig").
+  void CheckFault(const std::string& operation) const;
+  // CheckFault, then the whole state.
+  nlohmann::json Read(const std::string& operation) const;
+  // CheckFault, then a locked read-modify-write.
+  void Update(const std::string& operation, const std::function<void(nlohmann::json&)>& change);
+
+  // Appends one line (a newline is added) to a host file under the root, creating its folder.
+  void AppendLine(const std::string& absolutePath, const std::string& line) const;
+
+ private:
+  std::string root_;
+  Konu::Sim::StateFile file_;
+};
+
+// The value at `pointer`, or `fallback` when it is absent or of another type.
+template <typename T>
+T ValueAt(const nlohmann::json& state, const std::string& pointer, T fallback) {
+  nlohmann::json::json_pointer p(pointer);
+  if (!state.contains(p)) return fallback;
+  try {
+    return state.at(p).get<T>();
+  } catch (const nlohmann::json::exception&) {
+    return fallback;
+  }
+}
+
+// The object or array at `pointer`, or an empty JSON value when absent.
+const nlohmann::json& NodeAt(const nlohmann::json& state, const std::string& pointer);
+
+// Escapes a key for use inside a JSON pointer ("/UserVars/X" -> "~1UserVars~1X").
+std::string PointerKey(const std::string& key);
+
+// Throws HostCtlException("<what> '<name>' not found").
+[[noreturn]] void ThrowNotFound(const std::string& what, const std::string& name);
+
+}  // namespace HostCtl::Sim

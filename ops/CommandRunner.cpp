@@ -1,0 +1,202 @@
+// The command runner: spawn, feed, wait (with the 20 ms poll of the timed wait), drain.
+#include "ops/CommandRunner.h"
+
+#include <signal.h>
+#include <sys/wait.h>
+#include <syslog.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "host/HostRoot.h"
+#include "host/Log.h"
+#include "ops/ChildProcess.h"
+#include "ops/UniqueFd.h"
+
+namespace Konu {
+namespace {
+
+constexpr long kPollMicroseconds = 20000;
+
+// The tool folders a simulated root offers its children in place of the machine's own.
+constexpr const char* kSimulatedToolFolders[] = {"/bin", "/sbin", "/usr/bin", "/usr/sbin"};
+
+// "PYTHONHOME=/" and nothing else of the console's environment; a simulated host adds
+// a PATH that reaches only its own tools.
+class ChildEnvironment {
+ public:
+  ChildEnvironment() {
+    entries_.push_back("PYTHONHOME=/");
+    if (IsSimulatedHost()) {
+      std::string path = "PATH=";
+      for (const char* folder : kSimulatedToolFolders) {
+        if (path.size() > 5) path += ':';
+        path += HostPath(folder);
+      }
+      entries_.push_back(std::move(path));
+    }
+    for (const std::string& entry : entries_) pointers_.push_back(entry.c_str());
+    pointers_.push_back(nullptr);
+  }
+  const char* const* Get() const { return pointers_.data(); }
+
+ private:
+  std::vector<std::string> entries_;
+  std::vector<const char*> pointers_;
+};
+
+void SleepMicroseconds(long usec) {
+  timespec left{usec / 1000000, (usec % 1000000) * 1000};
+  while (nanosleep(&left, &left) != 0 && errno == EINTR) {
+  }
+}
+
+// Writes SIGPIPE-safely: a child that exits without reading its input must not take the
+// console down with it. SIGPIPE is blocked around the writes and a SIGPIPE they raised
+// is taken back off the thread before the old mask returns.
+class SigpipeGuard {
+ public:
+  SigpipeGuard() {
+    sigemptyset(&pipeOnly_);
+    sigaddset(&pipeOnly_, SIGPIPE);
+    sigset_t pending;
+    sigpending(&pending);
+    wasPending_ = sigismember(&pending, SIGPIPE) == 1;
+    pthread_sigmask(SIG_BLOCK, &pipeOnly_, &oldMask_);
+  }
+  ~SigpipeGuard() {
+    if (raised_ && !wasPending_) {
+      timespec zero{0, 0};
+      int savedErrno = errno;
+      while (sigtimedwait(&pipeOnly_, nullptr, &zero) < 0 && errno == EINTR) {
+      }
+      errno = savedErrno;
+    }
+    pthread_sigmask(SIG_SETMASK, &oldMask_, nullptr);
+  }
+  SigpipeGuard(const SigpipeGuard&) = delete;
+  SigpipeGuard& operator=(const SigpipeGuard&) = delete;
+  void NoteRaised() { raised_ = true; }
+
+ private:
+  sigset_t pipeOnly_;
+  sigset_t oldMask_;
+  bool wasPending_ = false;
+  bool raised_ = false;
+};
+
+// All of `input`, continuing after partial writes and retrying on EAGAIN and EINTR;
+// any other error or a zero-byte write ends it silently.
+void WriteInput(int fd, const char* input, int length) {
+  SigpipeGuard guard;
+  int done = 0;
+  while (done < length) {
+    ssize_t n = write(fd, input + done, static_cast<size_t>(length - done));
+    if (n > 0) {
+      done += static_cast<int>(n);
+    } else if (n < 0 && (errno == EAGAIN || errno == EINTR)) {
+      continue;
+    } else {
+      if (n < 0 && errno == EPIPE) guard.NoteRaised();
+      return;
+    }
+  }
+}
+
+// Reads until end of file or until the capacity in `length` is filled; stores the count,
+// or -1 after a read error.
+void Drain(int fd, char* buffer, int* length) {
+  int capacity = *length;
+  int got = 0;
+  while (got < capacity) {
+    ssize_t n = read(fd, buffer + got, static_cast<size_t>(capacity - got));
+    if (n > 0) {
+      got += static_cast<int>(n);
+    } else if (n == 0) {
+      break;
+    } else if (errno == EAGAIN || errno == EINTR) {
+      continue;
+    } else {
+      *length = -1;
+      return;
+    }
+  }
+  *length = got;
+}
+
+// The timed wait: one non-blocking look every 20 ms until the child ends or the budget
+// (kept in 64 bits, so long limits do not wrap) runs out; then kill it and leave it.
+void WaitWithLimit(ChildProcess& child, int timeLimit, int& status) {
+  int64_t budget = static_cast<int64_t>(timeLimit) * 1000000;
+  for (;;) {
+    int ended = -1;
+    pid_t result = child.TryWait(ended);
+    if (result != 0) {
+      if (result > 0) status = ended;
+      return;
+    }
+    SleepMicroseconds(kPollMicroseconds);
+    budget -= kPollMicroseconds;
+    if (budget <= 0) {
+      Log(LOG_WARNING, "Killing process because %d seconds timeout expired", timeLimit);
+      child.KillAndAbandon();
+      return;
+    }
+  }
+}
+
+}  // namespace
+
+int RunCommand(const char* path, const char* const argv[], char* out, int* outLength, char* err,
+               int* errLength, const char* input, int inputLength, int timeLimit) {
+  Pipe in;
+  Pipe outPipe;
+  Pipe errPipe;
+  if (!in.Open() || !outPipe.Open() || !errPipe.Open()) return -1;
+
+  ChildEnvironment environment;
+  ChildProcess child;
+  int spawnError = child.Spawn(HostPath(path), argv, environment.Get(), in.read.Get(), outPipe.write.Get(),
+                               errPipe.write.Get());
+  if (spawnError != 0) {
+    in = Pipe();
+    outPipe = Pipe();
+    errPipe = Pipe();
+    errno = spawnError;
+    return -1;
+  }
+
+  in.read.Reset();
+  outPipe.write.Reset();
+  errPipe.write.Reset();
+
+  if (input) WriteInput(in.write.Get(), input, inputLength);
+  in.write.Reset();
+
+  int status = -1;
+  if (timeLimit > 0) {
+    WaitWithLimit(child, timeLimit, status);
+  } else {
+    child.Wait(status);
+  }
+
+  if (out && outLength) Drain(outPipe.read.Get(), out, outLength);
+  if (err && errLength) Drain(errPipe.read.Get(), err, errLength);
+
+  if ((status & 0x7f) != 0) {
+    Log(LOG_ERR, "Run Command did not terminate normally");
+    return -1;
+  }
+  return (status >> 8) & 0xff;
+}
+
+int RunShell(const char* command) {
+  const char* argv[] = {"sh", "-c", command, nullptr};
+  return RunCommand("/bin/sh", argv);
+}
+
+}  // namespace Konu

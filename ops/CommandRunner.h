@@ -1,0 +1,33 @@
+// The command runner. Run a host executable with a clean environment, feed it input,
+// wait for it (optionally with a time limit) and collect what it wrote.
+#pragma once
+
+namespace Konu {
+
+// Runs the host program at `path` (an absolute host path such as "/bin/sh", resolved
+// through HostPath) with the null-terminated argument vector `argv` (element 0 the short
+// name, e.g. "sh"). The child's environment is exactly "PYTHONHOME=/" (on a simulated host
+// also a PATH of the root's tool folders, so that nothing runs the machine's own tools).
+//
+// Each output stream is captured when its buffer and in-out length are both given: on
+// entry the capacity, on return the bytes read (-1 after a read error). No terminating
+// zero is added. Output is read only after the child has ended, so a child that fills
+// its pipe while waited for without a limit never ends.
+//
+// `input` (if given) is written to the child's standard input, which is then closed.
+// `timeLimit` in whole seconds; 0 or less waits without limit. A child still running
+// when the limit expires is killed with SIGKILL, logged, and left unreaped.
+//
+// Returns the child's exit code 0..255, or -1 when no child could be started (errno set),
+// it died of a signal, it was killed for its time limit, or the wait failed.
+int RunCommand(const char* path, const char* const argv[], char* out = nullptr, int* outLength = nullptr,
+               char* err = nullptr, int* errLength = nullptr, const char* input = nullptr,
+               int inputLength = 0, int timeLimit = 0);
+
+// RunCommand("/bin/sh", {"sh", "-c", command}): no outputs, no input, no time limit.
+// Absolute host paths inside `command` are the caller's to resolve with HostPath; bare
+// command names are found on the child's PATH (the simulated root's folders when
+// simulated).
+int RunShell(const char* command);
+
+}  // namespace Konu
