@@ -50,7 +50,9 @@ timeval Until(const timeval& deadline, const timeval& now) {
 }  // namespace
 
 Frame::Frame(Frame* owner, int x, int y, int width, int height, int background, int foreground)
-    : Window(x, y, width, height, background, foreground), owner_(owner), strings_(StringFactory::Get("en_US")) {}
+    : Window(x, y, width, height, background, foreground),
+      owner_(owner),
+      strings_(StringFactory::Get("en_US")) {}
 
 Frame::~Frame() = default;
 

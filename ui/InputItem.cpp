@@ -11,7 +11,10 @@
 namespace Konu {
 
 InputItem::InputItem(std::string label, std::string value, int fieldWidth)
-    : Item(true), label_(std::move(label)), value_(std::move(value)), fieldWidth_(fieldWidth),
+    : Item(true),
+      label_(std::move(label)),
+      value_(std::move(value)),
+      fieldWidth_(fieldWidth),
       cursor_(value_.size()) {}
 
 void InputItem::FocusChanged(bool) { replaceOnType_ = true; }
@@ -59,7 +62,8 @@ std::string InputItem::Line(int areaWidth, int* cursorColumn) {
   }
   line += " ]";
 
-  if (cursorColumn) *cursorColumn = areaWidth - 2 - w + static_cast<int>(cursor_ - std::min(offset_, cursor_));
+  if (cursorColumn)
+    *cursorColumn = areaWidth - 2 - w + static_cast<int>(cursor_ - std::min(offset_, cursor_));
   return line;
 }
 

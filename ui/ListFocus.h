@@ -22,7 +22,8 @@ struct ListFocus {
   // nothing changes) when there is no such item.
   bool FocusOrdinal(const std::vector<Item*>& items, int n);
   // The focus on the next (previous) item that is focusable and enabled, scrolling a list
-  // of `rows` rows so that it shows (Up scrolls only when the item is above the first shown). False (and nothing changes) when there is none.
+  // of `rows` rows so that it shows (Up scrolls only when the item is above the first shown). False (and
+  // nothing changes) when there is none.
   bool Down(const std::vector<Item*>& items, int rows);
   bool Up(const std::vector<Item*>& items);
 };

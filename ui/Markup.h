@@ -43,8 +43,8 @@ struct MarkupDrawOp {
 
 // The drawing pass without curses: what to write where and which attributes to switch,
 // for an area of the given size and colours. An inactive area switches no attributes.
-std::vector<MarkupDrawOp> PlanMarkupDrawing(std::string_view laidOut, int width, int height,
-                                            int background, int foreground, bool active);
+std::vector<MarkupDrawOp> PlanMarkupDrawing(std::string_view laidOut, int width, int height, int background,
+                                            int foreground, bool active);
 
 // The layout pass for `area` (its width and its variable table).
 std::string Layout(const TextArea& area, std::string_view text);

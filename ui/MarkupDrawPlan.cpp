@@ -5,8 +5,8 @@
 
 namespace Konu {
 
-std::vector<MarkupDrawOp> PlanMarkupDrawing(std::string_view laidOut, int width, int height,
-                                            int background, int foreground, bool active) {
+std::vector<MarkupDrawOp> PlanMarkupDrawing(std::string_view laidOut, int width, int height, int background,
+                                            int foreground, bool active) {
   std::vector<MarkupDrawOp> ops;
   if (height <= 0) return ops;
 

@@ -24,8 +24,7 @@ constexpr size_t kNoSpace = std::string::npos;
 // out against that behaviour, so it stays.
 class Layouter {
  public:
-  Layouter(int width, const VariableTable& variables)
-      : width_(width), free_(width), variables_(variables) {}
+  Layouter(int width, const VariableTable& variables) : width_(width), free_(width), variables_(variables) {}
 
   std::string Run(std::string_view text) {
     for (size_t i = 0; i < text.size(); ++i) {

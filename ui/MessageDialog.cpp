@@ -7,7 +7,8 @@ constexpr int kWidth = 70;
 constexpr int kHeight = 10;
 constexpr int kHeaderHeight = 7;
 constexpr int kEnter = 10;
-constexpr const char* kFooter = "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}{/align}";
+constexpr const char* kFooter =
+    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}{/align}";
 }  // namespace
 
 MessageDialog::MessageDialog(Frame* owner, int titleId, int messageId)

@@ -167,7 +167,8 @@ TEST(GetKeyScreen, EscapeRAndARealResizeLogTheSizeAndEndWithStatusZero) {
   {
     const std::string log = TempPath();
     Terminal t(24, 80);
-    t.Fork([log] { return RunKeys({.speed = 1, .idleTimeout = 600, .useTimeout = false, .log = log}); }, KonuTest::UiEnv());
+    t.Fork([log] { return RunKeys({.speed = 1, .idleTimeout = 600, .useTimeout = false, .log = log}); },
+           KonuTest::UiEnv());
     ASSERT_TRUE(t.WaitForText("waiting", 5000)) << t.Screen();
     t.Write("\x1bR");
     int status = -1;
@@ -180,7 +181,11 @@ TEST(GetKeyScreen, EscapeRAndARealResizeLogTheSizeAndEndWithStatusZero) {
   {
     const std::string log = TempPath();
     Terminal t(24, 80);
-    t.Fork([log] { return RunKeys({.speed = 1, .idleTimeout = 600, .useTimeout = false, .signals = true, .log = log}); }, KonuTest::UiEnv());
+    t.Fork(
+        [log] {
+          return RunKeys({.speed = 1, .idleTimeout = 600, .useTimeout = false, .signals = true, .log = log});
+        },
+        KonuTest::UiEnv());
     ASSERT_TRUE(t.WaitForText("waiting", 5000)) << t.Screen();
     t.Resize(30, 100);
     int status = -1;
@@ -194,7 +199,12 @@ TEST(GetKeyScreen, EscapeRAndARealResizeLogTheSizeAndEndWithStatusZero) {
 
 TEST(GetKeyScreen, AnExitRequestDuringASessionWaitsAndATerminationSignalEndsAtOnce) {
   Terminal t(24, 80);
-  t.Fork([] { return RunKeys({.speed = 1, .idleTimeout = 600, .useTimeout = false, .session = true, .signals = true}); }, KonuTest::UiEnv());
+  t.Fork(
+      [] {
+        return RunKeys(
+            {.speed = 1, .idleTimeout = 600, .useTimeout = false, .session = true, .signals = true});
+      },
+      KonuTest::UiEnv());
   ASSERT_TRUE(t.WaitForText("waiting", 5000)) << t.Screen();
   t.Signal(SIGUSR2);
   // The request is a signal byte that may arrive after a key: press until it shows.
@@ -214,7 +224,12 @@ TEST(GetKeyScreen, AnExitRequestDuringASessionWaitsAndATerminationSignalEndsAtOn
   EXPECT_EQ(WEXITSTATUS(status), 0);
 
   Terminal second(24, 80);
-  second.Fork([] { return RunKeys({.speed = 1, .idleTimeout = 600, .useTimeout = false, .session = true, .signals = true}); }, KonuTest::UiEnv());
+  second.Fork(
+      [] {
+        return RunKeys(
+            {.speed = 1, .idleTimeout = 600, .useTimeout = false, .session = true, .signals = true});
+      },
+      KonuTest::UiEnv());
   ASSERT_TRUE(second.WaitForText("waiting", 5000)) << second.Screen();
   second.Signal(SIGTERM);
   ASSERT_TRUE(second.WaitForExit(5000, &status));

@@ -75,7 +75,8 @@ TEST(ItemListScreen, TenItemsInFourRowsScrollAndTheBarReachesTheLastRow) {
   t.Fork(
       [] {
         std::vector<std::unique_ptr<Item>> owned;
-        for (int i = 0; i < 10; ++i) owned.push_back(std::make_unique<LabelItem>("Item " + std::to_string(i), true));
+        for (int i = 0; i < 10; ++i)
+          owned.push_back(std::make_unique<LabelItem>("Item " + std::to_string(i), true));
         return RunList(owned, 4);
       },
       KonuTest::UiEnv());
@@ -97,7 +98,8 @@ TEST(ItemListScreen, TenItemsInFourRowsScrollAndTheBarReachesTheLastRow) {
   for (int i = 0; i < 4; ++i) t.Press("Up");
   ASSERT_TRUE(t.WaitForText("moves 14 focus 5", 5000)) << t.Screen();
   EXPECT_EQ(t.Region(1, 2, 4, 6), "Item 5\nItem 6\nItem 7\nItem 8");
-  EXPECT_EQ(t.Region(1, 31, 4, 1), kShade + "\n" + kShade + "\n" + kBlock + "\n" + kShade);  // 5 * 100 / 6 = 83 %
+  EXPECT_EQ(t.Region(1, 31, 4, 1),
+            kShade + "\n" + kShade + "\n" + kBlock + "\n" + kShade);  // 5 * 100 / 6 = 83 %
   Quit(t);
 }
 

@@ -42,7 +42,8 @@ int DrawSamples() {
   background.Update();
   std::vector<std::unique_ptr<TextArea>> areas;
   for (const Sample& sample : kSamples) {
-    areas.push_back(std::make_unique<TextArea>(&background, sample.x, sample.y, sample.width, sample.height, 0));
+    areas.push_back(
+        std::make_unique<TextArea>(&background, sample.x, sample.y, sample.width, sample.height, 0));
     areas.back()->SetText(sample.text);
   }
   mvaddstr(LINES - 1, 0, "drawn");

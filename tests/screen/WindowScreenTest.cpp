@@ -239,11 +239,12 @@ TEST(WindowScreen, RootWindowHasTwoPanesABoxAndTheLineUnderTheTitles) {
   EXPECT_EQ(t.Region(21, 65, 1, 13), "<Esc> Log Out");     // ends at column 77
   EXPECT_EQ(t.Region(0, 0, 1, 2), "\u250c\u2500");
   EXPECT_EQ(t.Region(22, 78, 1, 2), "\u2500\u2518");
-  EXPECT_EQ(t.Region(2, 0, 1, 80), "\u2502" + [] {
-    std::string line;
-    for (int i = 0; i < 78; ++i) line += "\u2500";
-    return line;
-  }() + "\u2502");
+  EXPECT_EQ(
+      t.Region(2, 0, 1, 80), "\u2502" + [] {
+        std::string line;
+        for (int i = 0; i < 78; ++i) line += "\u2500";
+        return line;
+      }() + "\u2502");
   ExpectColors(t, 1, 3, 3, 0);    // menu title: black on yellow
   ExpectColors(t, 10, 10, 3, 7);  // left pane
   ExpectColors(t, 1, 42, 6, 7);   // information title: white on dark grey
@@ -253,6 +254,31 @@ TEST(WindowScreen, RootWindowHasTwoPanesABoxAndTheLineUnderTheTitles) {
   EXPECT_TRUE(t.WaitForExit(5000, nullptr));
   EXPECT_NE(ReadAll(log).find("COLS=80, LINES=24"), std::string::npos) << ReadAll(log);
   unlink(log.c_str());
+}
+
+TEST(WindowScreen, ChildrenLeaveTheirParentsListAndDeleteChildrenDeletesTheRest) {
+  Terminal t(24, 80);
+  t.Fork(
+      [] {
+        UiCurses curses;
+        if (!curses.Ok()) return 2;
+        Window parent(0, 0, 30, 6, 3, 0);
+        auto kept = std::make_unique<Window>(&parent, 0, 0, 5, 1, -1, -1);
+        for (int row = 1; row <= 3; ++row) (new TextArea(&parent, 1, row, 10, 1, 0))->SetText("made");
+        const size_t before = parent.Children().size();
+        kept.reset();
+        const size_t afterOne = parent.Children().size();
+        parent.DeleteChildren();
+        char line[64];
+        snprintf(line, sizeof line, "children %zu %zu %zu", before, afterOne, parent.Children().size());
+        Say(line);
+        UiCurses::HoldUntil('q');
+        return 0;
+      },
+      KonuTest::UiEnv());
+  ASSERT_TRUE(t.WaitForText("children 4 3 0", 5000)) << t.Screen();
+  t.Press("q");
+  EXPECT_TRUE(t.WaitForExit(5000, nullptr));
 }
 
 }  // namespace

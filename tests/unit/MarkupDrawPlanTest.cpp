@@ -18,8 +18,8 @@ std::vector<Op> Plan(std::string_view laidOut, bool active = true) {
 }
 
 TEST(MarkupDrawPlan, NewlinesStartRowsAndTheTextIsCutAfterTheLastRow) {
-  EXPECT_EQ(Plan("one\ntwo\nthree\nfour"), (std::vector<Op>{Write(0, 0, "one"), Write(1, 0, "two"),
-                                                             Write(2, 0, "three")}));
+  EXPECT_EQ(Plan("one\ntwo\nthree\nfour"),
+            (std::vector<Op>{Write(0, 0, "one"), Write(1, 0, "two"), Write(2, 0, "three")}));
   EXPECT_EQ(Plan("a\n\nb"), (std::vector<Op>{Write(0, 0, "a"), Write(2, 0, "b")}));
   EXPECT_TRUE(PlanMarkupDrawing("text", 10, 0, 3, 0, true).empty());
 }

@@ -6,7 +6,8 @@
 namespace Konu {
 namespace {
 
-const char* const kEnterFooter = "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}{/align}";
+const char* const kEnterFooter =
+    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}{/align}";
 
 // The laid-out text as it shows: tags removed.
 std::string Shown(const std::string& laidOut) {
@@ -113,10 +114,10 @@ TEST(MarkupLayout, ProvidersAreCalledOnEveryPass) {
 
 TEST(MarkupTables, StandardVariablesAllStartEmptyAndCanBeWired) {
   VariableTable& table = VariableTable::Standard();
-  const char* names[] = {"ip",           "ssl-thumbprint", "ssh-dsa-fingerprint", "ssh-rsa-fingerprint",
-                         "orinproduct",  "orinversion",    "supportstart",        "supportperiod",
-                         "servicetag",   "assettag",       "BIOSversion",         "BMCversion",
-                         "CPLDversion",  "PLSAversion",    "memory"};
+  const char* names[] = {
+      "ip",          "ssl-thumbprint", "ssh-dsa-fingerprint", "ssh-rsa-fingerprint", "orinproduct",
+      "orinversion", "supportstart",   "supportperiod",       "servicetag",          "assettag",
+      "BIOSversion", "BMCversion",     "CPLDversion",         "PLSAversion",         "memory"};
   EXPECT_EQ(table.Entries().size(), std::size(names));
   for (const char* name : names) {
     const MarkupVariable* variable = table.Find(name);
