@@ -38,7 +38,6 @@ const std::vector<MachineLink>& MachineLinks() {
   static const std::vector<MachineLink> kLinks = {
       {"/bin/sh", {"/bin/sh", "/usr/bin/sh"}},
       {"/bin/less", {"/usr/bin/less", "/bin/less"}},
-      {"/bin/openssl", {"/usr/bin/openssl", "/bin/openssl"}},
       {"/usr/lib/corbel/openssh/bin/ssh-keygen", {"/usr/bin/ssh-keygen", "/bin/ssh-keygen"}},
   };
   return kLinks;
@@ -137,6 +136,19 @@ void WriteTools(const std::string& root, const std::string& exe) {
   }
 }
 
+// The host's openssl prints "SHA1 Fingerprint=" where OpenSSL 3 prints "sha1 Fingerprint=";
+// the console reads the capitals, so the root's openssl is the machine's behind that one fix.
+void WriteOpenssl(const std::string& root) {
+  const char* machine = access("/usr/bin/openssl", X_OK) == 0 ? "/usr/bin/openssl" : "/bin/openssl";
+  WriteTextFile(root + "/bin/openssl",
+                "#!/bin/sh\n"
+                "out=$(" + ShellQuote(machine) + " \"$@\"); rc=$?\n"
+                "case $out in \"sha1 Fingerprint=\"*) out=\"SHA1${out#sha1}\" ;; esac\n"
+                "[ -z \"$out\" ] || printf '%s\\n' \"$out\"\n"
+                "exit $rc\n",
+                0755);
+}
+
 void WritePam(const std::string& root, const std::string& pamModule, const nlohmann::json& state) {
   std::string module = root + "/usr/lib/konu-sim/pam_konusim.so";
   CopyFile(pamModule, module, 0755);
@@ -191,6 +203,7 @@ void CreateHost(const CreateOptions& options) {
   nlohmann::json state = DefaultHostState();
   StateFile(root).Write(state);
   WriteTools(root, options.hostsimExe);
+  WriteOpenssl(root);
   std::string pamModule =
       options.pamModule.empty() ? DirectoryOf(options.hostsimExe) + "/pam_konusim.so" : options.pamModule;
   WritePam(root, pamModule, state);

@@ -7,7 +7,7 @@
 
 #include <ctime>
 
-#include "hostsim/Faults.h"
+#include "host/sim/Faults.h"
 #include "hostsim/Journal.h"
 
 namespace Konu::Sim {

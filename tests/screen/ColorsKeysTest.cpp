@@ -5,9 +5,11 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <pty.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <functional>
 #include <set>
 #include <string>
 #include <vector>
@@ -15,6 +17,7 @@
 #include "app/Colors.h"
 #include "app/Keys.h"
 #include "app/Runtime.h"
+#include "tests/harness/Terminal.h"
 
 namespace Konu {
 namespace {
@@ -285,6 +288,156 @@ TEST(KeyTable, CursesReturnsTheListedCodeForEverySequence) {
   screen.Write("a\t");
   EXPECT_EQ(screen.Key(2000), 'a');
   EXPECT_EQ(screen.Key(2000), '\t');
+}
+
+// The console's own terminal set-up on the pty of a forked child, then `body`.
+int WithCurses(const std::function<int()>& body) {
+  SCREEN* screen = newterm(nullptr, stdout, stdin);
+  if (screen == nullptr) return 90;
+  set_term(screen);
+  start_color();
+  curs_set(0);
+  cbreak();
+  noecho();
+  keypad(stdscr, TRUE);
+  int result = body();
+  endwin();
+  delscreen(screen);
+  return result;
+}
+
+std::string Shown(const std::string& bytes) { return bytes[0] == '\033' ? "ESC " + bytes.substr(1) : "DEL"; }
+
+std::string TrimRight(std::string text) {
+  text.erase(text.find_last_not_of(' ') + 1);
+  return text;
+}
+
+// The child collects key codes until Enter and then shows them on row 1 as "#N: codes", so
+// a sequence that curses splits into several keys shows all of them.
+TEST(KeysInTerminal, EverySequenceYieldsItsKeyCode) {
+  KonuTest::Terminal terminal(24, 80);
+  terminal.Fork([] {
+    return WithCurses([] {
+      DefineKeys();
+      mvaddstr(0, 0, "ready");
+      refresh();
+      std::string codes;
+      for (int batch = 1;;) {
+        int key = getch();
+        if (key == 'q' && codes.empty()) return 0;
+        if (key == '\n') {
+          mvprintw(1, 0, "#%d:%s", batch++, codes.c_str());
+          clrtoeol();
+          refresh();
+          codes.clear();
+        } else {
+          codes += " " + std::to_string(key);
+        }
+      }
+    });
+  });
+  ASSERT_TRUE(terminal.WaitForText("ready"));
+  int batch = 0;
+  for (const KeySequence& sequence : Table()) {
+    std::string prefix = "#" + std::to_string(++batch) + ":";
+    terminal.Write(std::string(sequence.bytes) + "\n");
+    ASSERT_TRUE(terminal.WaitFor([&] { return terminal.Row(1).rfind(prefix, 0) == 0; }))
+        << Shown(sequence.bytes) << "; row 1: " << terminal.Row(1);
+    EXPECT_EQ(TrimRight(terminal.Row(1)), prefix + " " + std::to_string(sequence.key))
+        << Shown(sequence.bytes);
+  }
+  terminal.Write("q");
+  int status = 0;
+  ASSERT_TRUE(terminal.WaitForExit(5000, &status));
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+}
+
+// Draws one sample cell per (background, foreground) pair of the working set, row by
+// background, column by foreground. `attributeWord`: through ColorAttr alone, as windows do
+// with wattr_on; otherwise with the whole pair number, which survives pairs above 255.
+int DrawSamples(bool attributeWord) {
+  SetupColors();
+  mvprintw(0, 0, "monochrome=%d", Runtime::Get().monochrome ? 1 : 0);
+  for (int row = 0; row < 6; ++row) {
+    for (int column = 0; column < 6; ++column) {
+      int background = kWorkingSet[row], foreground = kWorkingSet[column];
+      int pair = ColorPair(background, foreground);
+      if (attributeWord) {
+        wattr_on(stdscr, ColorAttr(background, foreground), nullptr);
+      } else {
+        wattr_set(stdscr, Runtime::Get().monochrome ? ColorAttr(background, foreground) : A_NORMAL, 0, &pair);
+      }
+      mvaddch(2 + row, 2 * column, 'x');
+      wattr_set(stdscr, A_NORMAL, 0, nullptr);
+    }
+  }
+  int foreground = -1, background = -1;
+  int status = extended_pair_content(1, &foreground, &background);
+  mvprintw(9, 0, "pair1=%d/%d status=%d colors=%d pairs=%d", foreground, background, status == OK ? 0 : 1,
+           COLORS, COLOR_PAIRS);
+  mvaddstr(10, 0, "done");
+  refresh();
+  getch();
+  return 0;
+}
+
+TEST(ColorsInTerminal, WithoutColourChangeBlackAndDarkGreyStandOut) {
+  Runtime::Get().monochrome = false;
+  KonuTest::Terminal terminal(24, 80);
+  terminal.Fork([] { return WithCurses([] { return DrawSamples(true); }); }, {"TERM=xterm"});
+  ASSERT_TRUE(terminal.WaitForText("done"));
+  EXPECT_EQ(TrimRight(terminal.Row(0)), "monochrome=1");
+  // Nothing was defined: pair 1 is still black on black, or curses refuses to say.
+  std::string pairLine = TrimRight(terminal.Row(9));
+  EXPECT_TRUE(pairLine.rfind("pair1=0/0 status=0", 0) == 0 || pairLine.find("status=1") != std::string::npos)
+      << pairLine;
+  for (int row = 0; row < 6; ++row) {
+    for (int column = 0; column < 6; ++column) {
+      int background = kWorkingSet[row];
+      KonuTest::CellColors cell = terminal.Colors(2 + row, 2 * column);
+      EXPECT_EQ(cell.reverse, background == 0 || background == 6) << "background " << background;
+      EXPECT_EQ(cell.foreground, -1);
+      EXPECT_EQ(cell.background, -1);
+    }
+  }
+  terminal.Write("q");
+}
+
+TEST(ColorsInTerminal, ColourTerminalShowsEveryPairOfTheWorkingSet) {
+  KonuTest::Terminal terminal(24, 80);
+  terminal.Fork([] { return WithCurses([] { return DrawSamples(false); }); }, {"TERM=xterm-256color"});
+  ASSERT_TRUE(terminal.WaitForText("done"));
+  EXPECT_EQ(TrimRight(terminal.Row(0)), "monochrome=0");
+  EXPECT_NE(terminal.Row(9).find("colors=256"), std::string::npos) << terminal.Row(9);
+  for (int row = 0; row < 6; ++row) {
+    for (int column = 0; column < 6; ++column) {
+      KonuTest::CellColors cell = terminal.Colors(2 + row, 2 * column);
+      EXPECT_EQ(cell.background, kWorkingSet[row]) << row << "," << column;
+      EXPECT_EQ(cell.foreground, kWorkingSet[column]) << row << "," << column;
+      EXPECT_FALSE(cell.reverse);
+    }
+  }
+  terminal.Write("q");
+}
+
+// The host's own console: 8 colours, so every pair number fits in the attribute word, but
+// only pairs 0-63 exist and white on white (64) is left undefined.
+TEST(ColorsInTerminal, LinuxConsoleShowsThePairsThroughTheAttributeWord) {
+  KonuTest::Terminal terminal(24, 80);
+  terminal.Fork([] { return WithCurses([] { return DrawSamples(true); }); }, {"TERM=linux"});
+  ASSERT_TRUE(terminal.WaitForText("done"));
+  EXPECT_EQ(TrimRight(terminal.Row(0)), "monochrome=0");
+  EXPECT_NE(terminal.Row(9).find("colors=8 pairs=64"), std::string::npos) << terminal.Row(9);
+  for (int row = 0; row < 6; ++row) {
+    for (int column = 0; column < 6; ++column) {
+      if (kWorkingSet[row] == 7 && kWorkingSet[column] == 7) continue;
+      KonuTest::CellColors cell = terminal.Colors(2 + row, 2 * column);
+      EXPECT_EQ(cell.background, kWorkingSet[row]) << row << "," << column;
+      EXPECT_EQ(cell.foreground, kWorkingSet[column]) << row << "," << column;
+    }
+  }
+  terminal.Write("q");
 }
 
 }  // namespace

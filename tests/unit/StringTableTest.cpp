@@ -5,6 +5,10 @@
 #include <stdexcept>
 #include <string>
 
+#include "app/Runtime.h"
+#include "host/HostCtlException.h"
+#include "host/sim/SimHost.h"
+#include "tests/harness/SimHostFixture.h"
 #include "ui/strings/ProductLine.h"
 #include "ui/strings/StringFactory.h"
 #include "ui/strings/StringTable.h"
@@ -53,6 +57,7 @@ TEST(StringLookup, IdsPastTheEndAndIdThreeAreEmpty) {
 }
 
 TEST(StringLookup, EveryIdButThreeHasText) {
+  ReaderGuard guard([] { return Record("KONU-Orin", "8.0.3", "8.0.3", "24414501"); });
   en_US_Factory factory;
   for (uint32_t id = 0; id <= 266; ++id) {
     const char* text = factory.GetString(id);
@@ -134,7 +139,7 @@ TEST(ProductLine, FailedReadGivesEmptyAndIsRetried) {
   bool fail = true;
   ReaderGuard guard([&] {
     ++reads;
-    if (fail) throw VersionReadError("system.version: not available");
+    if (fail) throw HostCtl::Lib::HostCtlException("system.version: not available");
     return Record("P", "1", "2", "3");
   });
   en_US_Factory factory;
@@ -165,8 +170,45 @@ TEST(ProductLine, FieldsEndAtTheirTerminatorOrWidth) {
   EXPECT_EQ(FormatProductLine(record), "  (NuKernel  Build )");
 }
 
-TEST(ProductLine, DefaultRecordGivesAPlausibleLine) {
-  EXPECT_EQ(FormatProductLine(DefaultVersionRecord()), "KONU-Orin 8.0.3 (NuKernel 8.0.3 Build 24414501)");
+// The reader the console uses: the version record of the runtime's host backend.
+class ProductLineFromHost : public KonuTest::SimHostFixture {
+ protected:
+  void SetUp() override {
+    KonuTest::SimHostFixture::SetUp();
+    host_ = std::make_unique<HostCtl::Sim::SimHost>(Root());
+    Runtime::Get().SetHost(host_.get());
+    SetVersionRecordReader({});
+  }
+  void TearDown() override {
+    SetVersionRecordReader({});
+    Runtime::Get().SetHost(nullptr);
+    KonuTest::SimHostFixture::TearDown();
+  }
+
+ private:
+  std::unique_ptr<HostCtl::Sim::SimHost> host_;
+};
+
+TEST_F(ProductLineFromHost, ReadOnceFromTheVersionRecord) {
+  SetState("/version/product", "KONU-Orin");
+  SetState("/version/version", "8.0.3");
+  SetState("/version/kernelVersion", "8.0.3");
+  SetState("/version/build", "24414501");
+  en_US_Factory factory;
+  EXPECT_STREQ(factory.GetString(2), "KONU-Orin 8.0.3 (NuKernel 8.0.3 Build 24414501)");
+  EXPECT_EQ(std::string(factory.GetString(2)), ProductLine());  // as the test fixture reads the record
+  SetState("/version/build", "99999999");  // an update while running shows after a restart
+  EXPECT_STREQ(factory.GetString(2), "KONU-Orin 8.0.3 (NuKernel 8.0.3 Build 24414501)");
+}
+
+TEST_F(ProductLineFromHost, HostFailureShowsEmptyUntilARetrySucceeds) {
+  std::string expected = ProductLine();  // the fixture's line for this host's state
+  SetState("/faults/operations/SysinfoUtil.SysinfoGet", "Unable to read node system.version");
+  en_US_Factory factory;
+  EXPECT_STREQ(factory.GetString(2), "");
+  EXPECT_STREQ(factory.GetString(2), "");
+  SetState("/faults/operations/SysinfoUtil.SysinfoGet", nullptr);
+  EXPECT_EQ(factory.GetString(2), expected);
 }
 
 }  // namespace

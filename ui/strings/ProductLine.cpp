@@ -3,7 +3,14 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <string_view>
+#include <vector>
+
+#include "app/Runtime.h"
+#include "host/Host.h"
+#include "host/HostCtlException.h"
+#include "host/SysinfoUtil.h"
 
 namespace Konu {
 namespace {
@@ -32,10 +39,6 @@ std::string_view Field(const VersionRecord& record, RecordField field) {
   return std::string_view(start, strnlen(start, field.width));
 }
 
-void CopyText(VersionRecord* record, RecordField field, std::string_view text) {
-  std::memcpy(record->data() + field.offset, text.data(), std::min(text.size(), field.width - 1));
-}
-
 }  // namespace
 
 void SetVersionRecordReader(VersionRecordReader reader) {
@@ -43,12 +46,11 @@ void SetVersionRecordReader(VersionRecordReader reader) {
   State().line.clear();
 }
 
-VersionRecord DefaultVersionRecord() {
+VersionRecord ReadVersionRecordFromHost() {
+  std::unique_ptr<HostCtl::SysinfoUtil> sysinfo = Runtime::Get().Host().CreateSysinfoUtil();
+  std::vector<uint8_t> bytes = sysinfo->SysinfoGet(HostCtl::SystemVersionRecord::kNode, kVersionRecordSize);
   VersionRecord record{};
-  CopyText(&record, kProductName, "KONU-Orin");
-  CopyText(&record, kProductVersion, "8.0.3");
-  CopyText(&record, kKernelVersion, "8.0.3");
-  CopyText(&record, kBuildNumber, "24414501");
+  if (!bytes.empty()) std::memcpy(record.data(), bytes.data(), std::min(bytes.size(), record.size()));
   return record;
 }
 
@@ -65,9 +67,9 @@ const char* ProductLine() {
   ProductLineState& state = State();
   if (state.line.empty()) {
     try {
-      VersionRecord record = state.reader ? state.reader() : DefaultVersionRecord();
+      VersionRecord record = state.reader ? state.reader() : ReadVersionRecordFromHost();
       state.line = FormatProductLine(record);
-    } catch (const VersionReadError&) {
+    } catch (const HostCtl::Lib::HostCtlException&) {
       // Shown as an empty line; the next request reads again.
     }
   }

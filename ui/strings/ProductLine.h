@@ -3,7 +3,6 @@
 
 #include <array>
 #include <functional>
-#include <stdexcept>
 #include <string>
 
 namespace Konu {
@@ -14,29 +13,23 @@ namespace Konu {
 constexpr size_t kVersionRecordSize = 312;
 using VersionRecord = std::array<char, kVersionRecordSize>;
 
-// A failed read of the version record. The product line swallows it and tries again on the
-// next request; any other exception from a reader passes to the caller.
-class VersionReadError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-// Reads the record; throws VersionReadError when the host cannot give it.
+// Reads the record; throws HostCtl::Lib::HostCtlException when the host cannot give it.
 using VersionRecordReader = std::function<VersionRecord()>;
 
-// Installs the reader used from now on (an empty function restores the built-in one) and
-// forgets a line built from the previous reader. Set it at start-up, before the first screen.
+// Installs the reader used from now on (an empty function restores the host reader) and
+// forgets a line built from the previous reader.
 void SetVersionRecordReader(VersionRecordReader reader);
 
-// The built-in reader: a fixed record for a host that has not been wired to a backend yet.
-VersionRecord DefaultVersionRecord();
+// The host reader: "system.version" through the runtime's host backend, 312 bytes.
+VersionRecord ReadVersionRecordFromHost();
 
 // "%s %s (NuKernel %s Build %s)" with the record's four fields; a field without its
 // terminator ends at the field's last byte.
 std::string FormatProductLine(const VersionRecord& record);
 
-// The product line, built on the first successful read and kept. "" while the read fails.
-// The pointer stays valid until the next successful build.
+// The product line, built on the first successful read and kept; "" while the read fails
+// with a host-control error, and read again on the next call. Other errors pass on. The
+// pointer stays valid until the next successful build.
 const char* ProductLine();
 
 }  // namespace Konu

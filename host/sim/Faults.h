@@ -1,4 +1,4 @@
-// Injected tool faults: which fault of the state applies to a tool's argument vector.
+// Injected faults of a simulated host: tool runs that fail or hang, operations that throw.
 #pragma once
 
 #include <optional>
@@ -24,5 +24,9 @@ std::optional<std::string> MatchingFaultKey(const nlohmann::json& state, const s
 // Takes the matching fault out of the state for one use: an entry with "times" counts down
 // and disappears at zero. Returns nothing when no entry matches.
 std::optional<ToolFault> TakeToolFault(nlohmann::json& state, const std::vector<std::string>& argv);
+
+// The message that the host operation "<Service>.<Operation>" is made to throw
+// (/faults/operations/<Service>.<Operation>), or nothing.
+std::optional<std::string> OperationFault(const nlohmann::json& state, const std::string& serviceDotOperation);
 
 }  // namespace Konu::Sim

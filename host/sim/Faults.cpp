@@ -1,5 +1,5 @@
-// Injected tool faults: which fault of the state applies to a tool's argument vector.
-#include "hostsim/Faults.h"
+// Injected faults of a simulated host: tool runs that fail or hang, operations that throw.
+#include "host/sim/Faults.h"
 
 #include <sstream>
 
@@ -62,6 +62,15 @@ std::optional<ToolFault> TakeToolFault(nlohmann::json& state, const std::vector<
       entry["times"] = left;
   }
   return fault;
+}
+
+std::optional<std::string> OperationFault(const nlohmann::json& state, const std::string& serviceDotOperation) {
+  const nlohmann::json::json_pointer operations("/faults/operations");
+  if (!state.contains(operations)) return std::nullopt;
+  const nlohmann::json& all = state.at(operations);
+  auto found = all.find(serviceDotOperation);
+  if (found == all.end() || found->is_null()) return std::nullopt;
+  return found->is_string() ? found->get<std::string>() : found->dump();
 }
 
 }  // namespace Konu::Sim

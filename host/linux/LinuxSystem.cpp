@@ -1,0 +1,125 @@
+// The real machine's hardware, keyboard layouts, version facts, shell, events and audit.
+//
+// Files read under the root: /sys/class/dmi/id/{sys_vendor, product_name}, /proc/cpuinfo,
+// /proc/meminfo, /etc/vconsole.conf, /etc/default/keyboard, /usr/share/keymaps/,
+// /usr/share/kbd/keymaps/, /etc/os-release, /proc/sys/kernel/{osrelease, version}.
+#include <spawn.h>
+#include <sys/wait.h>
+#include <syslog.h>
+
+#include <cerrno>
+#include <cstring>
+#include <set>
+
+#include "host/HostCtlException.h"
+#include "host/Log.h"
+#include "host/linux/LinuxServices.h"
+
+namespace HostCtl::Linux {
+namespace {
+
+// Keymap files below a folder, by name without ".map", ".map.gz" or ".kmap(.gz)".
+void CollectKeymaps(const LinuxFiles& files, const std::string& dir, int depth, std::set<std::string>* names) {
+  if (depth > 4) return;
+  for (const auto& entry : files.List(dir)) {
+    bool isKeymap = false;
+    for (std::string suffix : {".map.gz", ".map", ".kmap.gz", ".kmap"}) {
+      if (entry.size() > suffix.size() && entry.compare(entry.size() - suffix.size(), suffix.size(), suffix) == 0) {
+        names->insert(entry.substr(0, entry.size() - suffix.size()));
+        isKeymap = true;
+        break;
+      }
+    }
+    if (!isKeymap) CollectKeymaps(files, dir + "/" + entry, depth + 1, names);  // a folder lists; a file does not
+  }
+}
+
+}  // namespace
+
+Hardware LinuxHardwareInfo::GetHardware() const {
+  Hardware hw;
+  hw.vendor = files_.ReadLine("/sys/class/dmi/id/sys_vendor");
+  hw.product = files_.ReadLine("/sys/class/dmi/id/product_name");
+  CpuFacts cpu = ParseCpuInfo(files_.Read("/proc/cpuinfo"));
+  hw.cpuPackages = cpu.packages;
+  hw.cpuCores = cpu.cores;
+  hw.cpuThreads = cpu.threads;
+  hw.cpuModel = cpu.model;
+  hw.memoryBytes = ParseMemTotalBytes(files_.Read("/proc/meminfo"));
+  return hw;
+}
+
+void LinuxSystemInfo::SetSystemAlert(const std::string& text) {
+  Konu::Log(LOG_WARNING, "System alert: %s", text.c_str());
+}
+
+std::string LinuxSystemInfo::GetKeyboardLayout() const {
+  auto vconsole = ParseKeyValues(files_.Read("/etc/vconsole.conf"));
+  if (!vconsole["KEYMAP"].empty()) return vconsole["KEYMAP"];
+  auto keyboard = ParseKeyValues(files_.Read("/etc/default/keyboard"));
+  return keyboard["XKBLAYOUT"];
+}
+
+std::vector<std::string> LinuxSystemInfo::GetKeyboardLayouts() const {
+  std::set<std::string> names;
+  CollectKeymaps(files_, "/usr/share/keymaps", 0, &names);
+  CollectKeymaps(files_, "/usr/share/kbd/keymaps", 0, &names);
+  return {names.begin(), names.end()};
+}
+
+std::string LinuxAdvancedOptions::GetUserOption(const std::string& name) const {
+  throw Lib::HostCtlException("User option '" + name + "' not found");
+}
+
+std::vector<uint8_t> LinuxSysinfoUtil::SysinfoGet(const std::string& node, size_t size) const {
+  std::vector<uint8_t> record;
+  if (node == SystemVersionRecord::kNode) {
+    auto os = ParseKeyValues(files_.Read("/etc/os-release"));
+    SystemVersionRecord version;
+    version.productName = os["NAME"].empty() ? "Linux" : os["NAME"];
+    version.productVersion = os["VERSION_ID"];
+    version.kernelVersion = files_.ReadLine("/proc/sys/kernel/osrelease");
+    // "#1 SMP PREEMPT_DYNAMIC Debian 6.1.76-1 (2024-02-01)": the build is the first word.
+    std::string build = files_.ReadLine("/proc/sys/kernel/version");
+    version.buildNumber = build.substr(0, build.find(' '));
+    if (!version.buildNumber.empty() && version.buildNumber.front() == '#') version.buildNumber.erase(0, 1);
+    record = version.Encode();
+  } else if (node == BootOptionRecord::kNode) {
+    record.assign(BootOptionRecord::kSize, 0);  // never in audit mode
+  } else {
+    throw Lib::HostCtlException("Unknown sysinfo node '" + node + "'");
+  }
+  record.resize(size, 0);
+  return record;
+}
+
+int LinuxShellExec::NukCtl_Exec(const std::string& commandLine, bool, bool, bool) {
+  const char* argv[] = {"sh", "-c", commandLine.c_str(), nullptr};
+  const char* envp[] = {"PYTHONHOME=/", "PATH=/bin:/sbin:/usr/bin:/usr/sbin", nullptr};
+  pid_t pid = 0;
+  int error = posix_spawn(&pid, "/bin/sh", nullptr, nullptr, const_cast<char* const*>(argv),
+                          const_cast<char* const*>(envp));
+  if (error != 0) throw Lib::HostCtlException("Cannot run '" + commandLine + "': " + std::strerror(error));
+  int status = 0;
+  while (waitpid(pid, &status, 0) < 0)
+    if (errno != EINTR) throw Lib::HostCtlException("Cannot wait for '" + commandLine + "': " + std::strerror(errno));
+  if (WIFEXITED(status)) return WEXITSTATUS(status);
+  if (WIFSIGNALED(status)) return 128 + WTERMSIG(status);
+  return -1;
+}
+
+int LinuxEventLib::ZebUserLib_AddZeb(const std::string& message) {
+  if (!open_) return 2;
+  Konu::Log(LOG_INFO, "event: %s", message.c_str());
+  return 0;
+}
+
+void LinuxAuditLog::CblAudit_VLog(const std::string& record, const std::string& user, const std::string& origin,
+                                  int success, const std::vector<std::pair<std::string, std::string>>& attributes) {
+  std::string line = "audit: " + record + " user=\"" + user + "\" origin=\"" + origin +
+                     "\" success=" + std::to_string(success);
+  for (const auto& [key, value] : attributes) line += " " + key + "=\"" + value + "\"";
+  Konu::Log(LOG_AUTH | LOG_INFO, "%s", line.c_str());
+}
+
+}  // namespace HostCtl::Linux
