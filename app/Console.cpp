@@ -1,6 +1,195 @@
-// Process start-up and shutdown (being written).
+// Process start-up and shutdown: options, signals, terminal type, logging, pid file, the
+// virtual-terminal switch, curses, the first screen, and the palette reset at the end.
 #include "app/Console.h"
 
+#include <curses.h>
+#include <fcntl.h>
+#include <linux/kd.h>
+#include <linux/vt.h>
+#include <sys/ioctl.h>
+#include <syslog.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "app/Clock.h"
+#include "app/Colors.h"
+#include "app/Keys.h"
+#include "app/PidFile.h"
+#include "app/Runtime.h"
+#include "app/Session.h"
+#include "app/SignalThread.h"
+#include "host/Host.h"
+#include "host/HostCtlException.h"
+#include "host/HostRoot.h"
+#include "host/Log.h"
+
 namespace Konu {
-int ConsoleMain(int, char**) { return 0; }
+
+const char* ConsoleUsage() {
+  return "Usage: konu [--host-root DIR] [VT]\n"
+         "\n"
+         "The local text console of the host.\n"
+         "\n"
+         "  VT                the virtual terminal (1 to 63) to switch to at start-up\n"
+         "  --host-root DIR   run on the simulated host in DIR (made by 'konu-hostsim create DIR');\n"
+         "                    the environment variable KONU_HOST_ROOT does the same.\n"
+         "                    Without either, the console runs on the real host (\"/\").\n"
+         "  --help            this text\n";
+}
+
+ConsoleOptions ParseConsoleOptions(int argc, char** argv, const char* envHostRoot) {
+  ConsoleOptions options;
+  if (envHostRoot && *envHostRoot) options.hostRoot = envHostRoot;
+  for (int i = 1; i < argc; ++i) {
+    const char* arg = argv[i];
+    if (strcmp(arg, "--help") == 0 || strcmp(arg, "-h") == 0) {
+      options.help = true;
+    } else if (strcmp(arg, "--host-root") == 0) {
+      if (i + 1 >= argc || !*argv[i + 1]) {
+        options.error = "konu: --host-root needs a directory";
+        return options;
+      }
+      options.hostRoot = argv[++i];
+    } else if (strncmp(arg, "--host-root=", 12) == 0) {
+      options.hostRoot = arg + 12;
+    } else if (strncmp(arg, "--", 2) == 0 && arg[2] != '\0') {
+      options.error = std::string("konu: unknown option '") + arg + "'";
+      return options;
+    } else if (!options.vtArgument) {
+      options.vtArgument = arg;  // extra arguments are ignored
+    }
+  }
+  return options;
+}
+
+int ParseVirtualTerminal(const char* argument) {
+  if (!argument) return 0;
+  long vt = strtol(argument, nullptr, 10);
+  if (vt >= 1 && vt <= 63) return static_cast<int>(vt);
+  Log(LOG_ERR, "Invalid VT specified for KONU: %s", argument);
+  return 0;
+}
+
+namespace {
+
+void RedirectStderr() {
+  int fd = open("/dev/null", O_WRONLY | O_CLOEXEC);
+  if (fd < 0) return;
+  dup2(fd, 2);
+  close(fd);
+}
+
+// The local-console flag and TERM / TERMINFO, from what stdout is.
+void SetTerminalType() {
+  Runtime& rt = Runtime::Get();
+  int kbType = 0;
+  if (ioctl(1, KDGKBTYPE, &kbType) == 0) {
+    rt.localConsole = true;
+    setenv("TERM", "linux", 1);
+  } else {
+    const char* term = getenv("TERM");
+    if (term && strcmp(term, "linux") == 0) setenv("TERM", "vt102", 1);
+    term = getenv("TERM");
+    if (term && strcmp(term, "xterm") == 0 && !getenv("SSH_CLIENT")) rt.localConsole = true;
+  }
+  setenv("TERMINFO", "/usr/share/terminfo", 0);
+  setenv("TERM", "vt102", 0);
+}
+
+void SwitchVirtualTerminal(int vt, termios& saved) {
+  int fd = open(HostPath("/dev/console").c_str(), O_RDWR | O_CLOEXEC);
+  if (fd < 0) return;
+  if (ioctl(fd, VT_ACTIVATE, vt) != 0) ioctl(fd, VT_WAITACTIVE, vt);
+  close(fd);
+  saved.c_cc[VSUSP] = 0;  // Ctrl-Z does nothing
+  tcsetattr(1, TCSANOW, &saved);
+}
+
+void StartCurses() {
+  if (!setlocale(LC_ALL, "en_US.UTF-8")) {
+    // Without a UTF-8 locale the scroll bar's block characters would not draw.
+    setlocale(LC_ALL, "C.UTF-8");
+    Log(LOG_INFO, "Locale en_US.UTF-8 is not installed, using C.UTF-8");
+  }
+  initscr();
+  start_color();
+  atexit([] { endwin(); });
+  curs_set(0);
+  cbreak();
+  noecho();
+  keypad(stdscr, TRUE);
+  SetupColors();
+  DefineKeys();
+  refresh();
+}
+
+// Tests run a simulated host faster than real time; a real host always uses the real clock.
+void MaybeUseTestClock() {
+  const char* speed = getenv("KONU_CLOCK_SPEED");
+  if (!IsSimulatedHost() || !speed) return;
+  double factor = strtod(speed, nullptr);
+  if (factor <= 0) return;
+  static ScaledClock clock(factor);
+  Runtime::Get().SetClock(&clock);
+}
+
+}  // namespace
+
+int ConsoleMain(int argc, char** argv, const ConsoleHooks& hooks) {
+  ConsoleOptions options = ParseConsoleOptions(argc, argv, getenv("KONU_HOST_ROOT"));
+  if (!options.error.empty()) {
+    fprintf(stderr, "%s\n%s", options.error.c_str(), ConsoleUsage());
+    return 2;
+  }
+  if (options.help) {
+    fputs(ConsoleUsage(), stdout);
+    return 0;
+  }
+  SetHostRoot(options.hostRoot);
+  if (IsSimulatedHost()) SetLogSink(std::make_unique<FileLogSink>(HostPath("/var/log/syslog.log")));
+  std::unique_ptr<HostCtl::Host> host;
+  try {
+    host = hooks.makeHost(HostRoot());
+  } catch (const std::exception& e) {
+    fprintf(stderr, "konu: cannot open the host at %s: %s\n", HostRoot().c_str(), e.what());
+    return 1;
+  }
+  Runtime::Get().SetHost(host.get());
+  MaybeUseTestClock();
+
+  int vt = ParseVirtualTerminal(options.vtArgument);
+  StartSignalThread();
+  Runtime::Get().session.idleTimeout = ReadIdleTimeout();
+
+  RedirectStderr();
+  termios saved{};
+  tcgetattr(1, &saved);
+  SetTerminalType();
+
+  OpenLog("KONU");
+  Log(LOG_INFO, "Starting KONU");
+  ClaimPidFile(HostPath("/var/run/konu.pid"));
+  if (vt > 0) SwitchVirtualTerminal(vt, saved);
+
+  StartCurses();
+  try {
+    hooks.runFirstScreen();
+  } catch (const HostCtl::Lib::HostCtlException& e) {
+    Log(LOG_ERR, "KONU aborted by exception: %s", e.what());
+  }
+  erase();
+  refresh();
+  endwin();
+  // The Linux console's palette reset, undoing the colour redefinitions.
+  fputs("\033]R", stdout);
+  fflush(stdout);
+  Runtime::Get().SetHost(nullptr);
+  return 0;
+}
+
 }  // namespace Konu

@@ -64,6 +64,18 @@ void SimHostFixture::StartKonu(Terminal& term, const std::vector<std::string>& a
   term.Spawn(argv, env);
 }
 
+bool SimHostFixture::WaitUntilWaitingForKey(Terminal& term, int timeoutMs) {
+  const std::string wchan = "/proc/" + std::to_string(term.Pid()) + "/wchan";
+  return term.WaitFor(
+      [&] {
+        std::ifstream in(wchan);
+        std::string where;
+        std::getline(in, where);
+        return where.find("poll") != std::string::npos;
+      },
+      timeoutMs);
+}
+
 bool SimHostFixture::TerminalRestored(const Terminal& term) { return !term.AltScreen() && term.CursorVisible(); }
 
 }  // namespace KonuTest

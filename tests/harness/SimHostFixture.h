@@ -35,6 +35,11 @@ class SimHostFixture : public ::testing::Test {
   // Starts konu on this host. clockSpeed > 0 runs the console's clock that much faster.
   void StartKonu(Terminal& term, const std::vector<std::string>& args = {}, double clockSpeed = 0) const;
 
+  // Waits until the program's main thread sleeps in poll(), that is, it waits for a key.
+  // A frame discards keys typed while it is being built, so a test that presses a key
+  // right after a screen appeared waits for this first, as a person waits for the screen.
+  static bool WaitUntilWaitingForKey(Terminal& term, int timeoutMs = 5000);
+
   // True when the program left the alternate screen and showed the cursor again.
   static bool TerminalRestored(const Terminal& term);
 

@@ -1,0 +1,124 @@
+// The console program in a pseudo-terminal on a fresh simulated host: start-up, signals,
+// resize, the virtual-terminal argument, the pid file, dimming, and the terminal restored.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "tests/harness/SimHostFixture.h"
+
+namespace {
+
+using KonuTest::SimHostFixture;
+using KonuTest::Terminal;
+
+class Startup : public SimHostFixture {};
+
+TEST_F(Startup, DrawsTheProductLineAndEndsWithStatusZeroOnEachTerminationSignal) {
+  for (int sig : {SIGTERM, SIGINT, SIGQUIT}) {
+    Terminal term(24, 80);
+    StartKonu(term);
+    ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
+    term.Signal(sig);
+    int status = -1;
+    ASSERT_TRUE(term.WaitForExit(5000, &status)) << "signal " << sig;
+    EXPECT_TRUE(WIFEXITED(status)) << "signal " << sig;
+    EXPECT_EQ(0, WEXITSTATUS(status)) << "signal " << sig;
+    EXPECT_TRUE(TerminalRestored(term)) << "signal " << sig;
+  }
+  EXPECT_NE(std::string::npos, Syslog().find("KONU[")) << Syslog();
+  EXPECT_NE(std::string::npos, Syslog().find("Starting KONU"));
+}
+
+TEST_F(Startup, ResizeLogsTheNewSizeAndEnds) {
+  Terminal term(24, 80);
+  StartKonu(term);
+  ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
+  term.Resize(30, 100);
+  int status = -1;
+  ASSERT_TRUE(term.WaitForExit(5000, &status));
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  EXPECT_NE(std::string::npos, Syslog().find("Resized window to 100x30")) << Syslog();
+}
+
+TEST_F(Startup, EscapeRIsAResize) {
+  Terminal term(24, 80);
+  StartKonu(term);
+  ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Write("\033R");
+  int status = -1;
+  ASSERT_TRUE(term.WaitForExit(5000, &status));
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  EXPECT_NE(std::string::npos, Syslog().find("Resized window to 80x24")) << Syslog();
+  EXPECT_TRUE(TerminalRestored(term));
+}
+
+TEST_F(Startup, InvalidVirtualTerminalArgumentsAreLoggedAndIgnored) {
+  for (const char* vt : {"0", "64", "abc"}) {
+    Terminal term(24, 80);
+    StartKonu(term, {vt});
+    ASSERT_TRUE(term.WaitForText(ProductLine())) << vt;
+    EXPECT_NE(std::string::npos, Syslog().find(std::string("Invalid VT specified for KONU: ") + vt)) << vt;
+    term.Signal(SIGTERM);
+    int status = -1;
+    ASSERT_TRUE(term.WaitForExit(5000, &status));
+  }
+  Terminal term(24, 80);
+  StartKonu(term, {"63"});
+  ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
+  EXPECT_EQ(std::string::npos, Syslog().find("Invalid VT specified for KONU: 63"));
+}
+
+TEST_F(Startup, StalePidFileIsOverwrittenAndALiveOneLeftAlone) {
+  // A pid that cannot be running: the highest pid the kernel hands out, plus one.
+  WriteFile("var/run/konu.pid", "4194305");
+  Terminal first(24, 80);
+  StartKonu(first);
+  ASSERT_TRUE(first.WaitForText(ProductLine())) << first.Screen();
+  EXPECT_EQ(std::to_string(first.Pid()), ReadFile("var/run/konu.pid"));
+
+  Terminal second(24, 80);
+  StartKonu(second);
+  ASSERT_TRUE(second.WaitForText(ProductLine())) << "a second instance still starts";
+  EXPECT_EQ(std::to_string(first.Pid()), ReadFile("var/run/konu.pid"));
+  EXPECT_NE(std::string::npos, Syslog().find("Attempt to run multiple KONU instances, not updating " +
+                                             HostFile("var/run/konu.pid")))
+      << Syslog();
+}
+
+TEST_F(Startup, ScreenDimsAfterAMinuteOfTheClockAndAKeyBringsItBack) {
+  Terminal term(24, 80);
+  // 60 s of the console's clock in 3 s: long enough to see the screen undimmed again
+  // before the next minute without a key dims it once more.
+  StartKonu(term, {}, /*clockSpeed=*/20);
+  ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
+  int row = 0, col = 0;
+  ASSERT_TRUE(term.Find(ProductLine(), &row, &col));
+  ASSERT_TRUE(term.WaitFor([&] { return term.Colors(row, col).foreground == 6; }, 5000))
+      << "dimmed text is dark grey on black";
+  EXPECT_EQ(0, term.Colors(row, col).background);
+  ASSERT_TRUE(WaitUntilWaitingForKey(term)) << "dimming discards typed-ahead keys; press after it";
+  term.Press("x");
+  EXPECT_TRUE(term.WaitFor([&] { return term.Colors(row, col).foreground == 7; }, 2500)) << "white again";
+}
+
+TEST_F(Startup, HelpAndBadOptions) {
+  Terminal help(24, 80);
+  help.Spawn({KONU_BIN, "--help"}, {});
+  ASSERT_TRUE(help.WaitForText("--host-root DIR"));
+  int status = -1;
+  ASSERT_TRUE(help.WaitForExit(5000, &status));
+  EXPECT_EQ(0, WEXITSTATUS(status));
+
+  Terminal bad(24, 80);
+  bad.Spawn({KONU_BIN, "--frobnicate"}, {});
+  ASSERT_TRUE(bad.WaitForText("unknown option '--frobnicate'"));
+  ASSERT_TRUE(bad.WaitForExit(5000, &status));
+  EXPECT_EQ(2, WEXITSTATUS(status));
+}
+
+}  // namespace

@@ -1,0 +1,202 @@
+// Start-up pieces that need no terminal: options, the VT argument, the pid file, the
+// signal bytes, the clocks and the idle time-out read.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <syslog.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <vector>
+
+#include "app/Clock.h"
+#include "app/Console.h"
+#include "app/PidFile.h"
+#include "app/Runtime.h"
+#include "app/Session.h"
+#include "app/SignalThread.h"
+#include "host/Log.h"
+#include "host/sim/DefaultState.h"
+#include "host/sim/SimHost.h"
+#include "host/sim/StateFile.h"
+
+namespace {
+
+class CapturingSink : public Konu::LogSink {
+ public:
+  explicit CapturingSink(std::vector<std::string>* lines) : lines_(lines) {}
+  void Write(int, const std::string& text) override { lines_->push_back(text); }
+
+ private:
+  std::vector<std::string>* lines_;
+};
+
+class LogCapture {
+ public:
+  LogCapture() { Konu::SetLogSink(std::make_unique<CapturingSink>(&lines)); }
+  ~LogCapture() { Konu::SetLogSink(std::make_unique<Konu::SyslogSink>()); }
+  bool Has(const std::string& text) const {
+    for (const auto& l : lines)
+      if (l == text) return true;
+    return false;
+  }
+  std::vector<std::string> lines;
+};
+
+std::string TempDir() {
+  std::string tmpl = (std::filesystem::temp_directory_path() / "konu-unit-XXXXXX").string();
+  if (!mkdtemp(tmpl.data())) throw std::runtime_error("mkdtemp");
+  return tmpl;
+}
+
+std::string Slurp(const std::string& path) {
+  std::ifstream in(path);
+  std::stringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+TEST(ConsoleOptions, HostRootFromOptionOrEnvironmentAndTheFirstFreeArgumentIsTheVt) {
+  char prog[] = "konu", opt[] = "--host-root", dir[] = "/tmp/h", vt[] = "7", extra[] = "9";
+  char* argv[] = {prog, opt, dir, vt, extra};
+  auto o = Konu::ParseConsoleOptions(5, argv, nullptr);
+  EXPECT_EQ("/tmp/h", o.hostRoot);
+  ASSERT_NE(nullptr, o.vtArgument);
+  EXPECT_STREQ("7", o.vtArgument);
+  EXPECT_TRUE(o.error.empty());
+
+  char* argv2[] = {prog};
+  EXPECT_EQ("/srv/sim", Konu::ParseConsoleOptions(1, argv2, "/srv/sim").hostRoot);
+  EXPECT_EQ("/", Konu::ParseConsoleOptions(1, argv2, nullptr).hostRoot);
+  EXPECT_EQ("/", Konu::ParseConsoleOptions(1, argv2, "").hostRoot);
+
+  char* argv3[] = {prog, opt, dir};
+  EXPECT_EQ("/tmp/h", Konu::ParseConsoleOptions(3, argv3, "/srv/sim").hostRoot) << "the option wins";
+}
+
+TEST(ConsoleOptions, BadOptionsAreReportedNotIgnored) {
+  char prog[] = "konu", opt[] = "--host-root", bogus[] = "--verbose", help[] = "--help";
+  char* missing[] = {prog, opt};
+  EXPECT_NE(std::string::npos, Konu::ParseConsoleOptions(2, missing, nullptr).error.find("--host-root"));
+  char* unknown[] = {prog, bogus};
+  EXPECT_NE(std::string::npos, Konu::ParseConsoleOptions(2, unknown, nullptr).error.find("'--verbose'"));
+  char* h[] = {prog, help};
+  EXPECT_TRUE(Konu::ParseConsoleOptions(2, h, nullptr).help);
+}
+
+TEST(VirtualTerminalArgument, OneToSixtyThreeSelectAndEverythingElseIsLogged) {
+  LogCapture log;
+  EXPECT_EQ(0, Konu::ParseVirtualTerminal(nullptr));
+  EXPECT_TRUE(log.lines.empty());
+  EXPECT_EQ(1, Konu::ParseVirtualTerminal("1"));
+  EXPECT_EQ(63, Konu::ParseVirtualTerminal("63"));
+  EXPECT_TRUE(log.lines.empty());
+  for (const char* bad : {"0", "64", "abc", "-3"}) {
+    EXPECT_EQ(0, Konu::ParseVirtualTerminal(bad)) << bad;
+    EXPECT_TRUE(log.Has(std::string("Invalid VT specified for KONU: ") + bad)) << bad;
+  }
+}
+
+TEST(PidFile, MissingGarbageAndStalePidsAreReplacedALiveOneIsKept) {
+  LogCapture log;
+  std::string dir = TempDir();
+  std::string path = dir + "/konu.pid";
+  std::string own = std::to_string(getpid());
+
+  EXPECT_TRUE(Konu::ClaimPidFile(path)) << "missing file";
+  EXPECT_EQ(own, Slurp(path)) << "decimal, no newline";
+
+  std::ofstream(path) << "not a number";
+  EXPECT_TRUE(Konu::ClaimPidFile(path));
+  EXPECT_EQ(own, Slurp(path));
+
+  std::ofstream(path) << "4194305\n";  // above the kernel's pid limit: never alive
+  EXPECT_TRUE(Konu::ClaimPidFile(path));
+  EXPECT_EQ(own, Slurp(path));
+
+  std::ofstream(path) << "1";  // init is alive
+  EXPECT_FALSE(Konu::ClaimPidFile(path));
+  EXPECT_EQ("1", Slurp(path));
+  EXPECT_TRUE(log.Has("Attempt to run multiple KONU instances, not updating " + path));
+  std::filesystem::remove_all(dir);
+}
+
+TEST(SignalThread, EachHandledSignalBecomesItsByte) {
+  EXPECT_EQ(1, Konu::SignalByte(SIGUSR1));
+  EXPECT_EQ(2, Konu::SignalByte(SIGUSR2));
+  EXPECT_EQ(3, Konu::SignalByte(SIGWINCH));
+  EXPECT_EQ(4, Konu::SignalByte(SIGINT));
+  EXPECT_EQ(4, Konu::SignalByte(SIGQUIT));
+  EXPECT_EQ(4, Konu::SignalByte(SIGTERM));
+  EXPECT_EQ(0, Konu::SignalByte(SIGHUP));
+  EXPECT_EQ(0, Konu::SignalByte(SIGALRM));
+}
+
+TEST(Clock, ScaledClockRunsFasterAndShortensRealWaits) {
+  Konu::SystemClock real;
+  Konu::ScaledClock fast(1000);
+  timeval minute{60, 0};
+  EXPECT_EQ(60000, real.RealMilliseconds(minute));
+  EXPECT_EQ(60, fast.RealMilliseconds(minute));
+  EXPECT_EQ(1, real.RealMilliseconds(timeval{0, 1})) << "rounded up, never a busy zero";
+  EXPECT_EQ(0, real.RealMilliseconds(timeval{-1, 0}));
+
+  timeval a = fast.Now();
+  usleep(20000);
+  timeval b = fast.Now();
+  double elapsed = (b.tv_sec - a.tv_sec) + (b.tv_usec - a.tv_usec) / 1e6;
+  EXPECT_GT(elapsed, 15.0) << "20 ms of real time is about 20 s of the scaled clock";
+}
+
+class IdleTimeout : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    root_ = TempDir();
+    Konu::Sim::StateFile(root_).Write(Konu::Sim::DefaultHostState());
+    host_ = std::make_unique<HostCtl::Sim::SimHost>(root_);
+    Konu::Runtime::Get().SetHost(host_.get());
+  }
+  void TearDown() override {
+    Konu::Runtime::Get().SetHost(nullptr);
+    Konu::Runtime::Get().session = Konu::Session{};
+    std::filesystem::remove_all(root_);
+  }
+  void Set(const std::string& pointer, const nlohmann::json& value) {
+    Konu::Sim::StateFile(root_).Update(
+        [&](nlohmann::json& s) { s[nlohmann::json::json_pointer(pointer)] = value; });
+  }
+  std::string root_;
+  std::unique_ptr<HostCtl::Sim::SimHost> host_;
+};
+
+TEST_F(IdleTimeout, ReadFromTheAdvancedOptionWithSixHundredAsTheFallback) {
+  const std::string option = "/advancedOptions/~1UserVars~1KonuTimeOut";
+  Set(option + "/value", 30);
+  EXPECT_EQ(30u, Konu::ReadIdleTimeout());
+  Set(option + "/value", 0);
+  EXPECT_EQ(0u, Konu::ReadIdleTimeout());
+
+  Set(option, {{"type", "string"}, {"value", "30"}, {"default", "600"}});
+  EXPECT_EQ(600u, Konu::ReadIdleTimeout()) << "not an integer option";
+
+  Konu::Sim::StateFile(root_).Update([&](nlohmann::json& s) {
+    s["advancedOptions"].erase("/UserVars/KonuTimeOut");
+  });
+  EXPECT_EQ(600u, Konu::ReadIdleTimeout()) << "missing option";
+}
+
+TEST_F(IdleTimeout, ANewLoginReadsTheOptionAgain) {
+  const std::string value = "/advancedOptions/~1UserVars~1KonuTimeOut/value";
+  Set(value, 120);
+  Konu::SetSessionActive(true);
+  EXPECT_EQ(120u, Konu::Runtime::Get().session.idleTimeout);
+  Konu::SetSessionActive(false);
+  Set(value, 300);
+  EXPECT_EQ(120u, Konu::Runtime::Get().session.idleTimeout) << "read only at login";
+  Konu::SetSessionActive(true);
+  EXPECT_EQ(300u, Konu::Runtime::Get().session.idleTimeout);
+  EXPECT_TRUE(Konu::Runtime::Get().session.active);
+}
+
+}  // namespace
