@@ -1,6 +1,9 @@
 // RootWindow: builds the two-pane layout from the screen size at construction.
 #include "ui/RootWindow.h"
 
+#include "app/Runtime.h"
+#include "host/Host.h"
+
 #include <curses.h>
 #include <syslog.h>
 
@@ -9,6 +12,10 @@
 namespace Konu {
 
 RootWindow::RootWindow(Frame* owner) : Frame(owner, 0, 0, COLS, LINES, 0, 7) {
+  const HostCtl::Host& host = Runtime::Get().Host();
+  dnsConfig_ = host.CreateDnsConfig(HostCtl::kDefaultTcpipStack);
+  routingInfo_ = host.CreateRoutingInfo(HostCtl::kDefaultTcpipStack);
+  virtualSwitchInfo_ = host.CreateVirtualSwitchInfo();
   const int half = COLS / 2;
   mainArea_ = std::make_unique<Window>(this, 0, 0, COLS, LINES - 1, 2, 7);
   bottomLine_ = std::make_unique<Window>(this, 0, LINES - 1, COLS, 1, 0, 2);

@@ -4,6 +4,9 @@
 
 #include <memory>
 
+#include "host/DnsConfig.h"
+#include "host/RoutingInfo.h"
+#include "host/VirtualSwitchInfo.h"
 #include "ui/Frame.h"
 #include "ui/ItemList.h"
 #include "ui/TextArea.h"
@@ -30,7 +33,16 @@ class RootWindow : public Frame {
   TextArea& InformationText() const { return *informationText_; }
   TextArea& RightFooter() const { return *rightFooter_; }
 
+  // The host's objects for the default TCP/IP stack that information panes read; made from
+  // the runtime's host when the window is built and kept for its life.
+  HostCtl::Network::DnsConfig& DnsConfig() const { return *dnsConfig_; }
+  HostCtl::Network::RoutingInfo& RoutingInfo() const { return *routingInfo_; }
+  HostCtl::Network::VirtualSwitchInfo& VirtualSwitchInfo() const { return *virtualSwitchInfo_; }
+
  private:
+  std::unique_ptr<HostCtl::Network::DnsConfig> dnsConfig_;
+  std::unique_ptr<HostCtl::Network::RoutingInfo> routingInfo_;
+  std::unique_ptr<HostCtl::Network::VirtualSwitchInfo> virtualSwitchInfo_;
   // Parents before their children, so that children are destroyed first.
   std::unique_ptr<Window> mainArea_;
   std::unique_ptr<Window> bottomLine_;

@@ -4,11 +4,16 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
 
+#include "app/Runtime.h"
 #include "host/Log.h"
+#include "host/sim/DefaultState.h"
+#include "host/sim/SimHost.h"
+#include "host/sim/StateFile.h"
 #include "tests/harness/Terminal.h"
 #include "tests/screen/UiChild.h"
 #include "ui/Dialog.h"
@@ -214,17 +219,25 @@ TEST(WindowScreen, MessageDialogIsCentredOverItsDimmedOwnerAndClosesOnlyWithEnte
 
 TEST(WindowScreen, RootWindowHasTwoPanesABoxAndTheLineUnderTheTitles) {
   const std::string log = TempPath("log");
+  char root[] = "/tmp/konu-root-XXXXXX";
+  ASSERT_NE(nullptr, mkdtemp(root));
+  Sim::StateFile(root).Write(Sim::DefaultHostState());
+  Sim::StateFile(root).Update([](nlohmann::json& state) { state["host"]["hostname"] = "pane-host"; });
+  const std::string rootDir = root;
   Terminal t(24, 80);
   t.Fork(
-      [log] {
+      [log, rootDir] {
         UiCurses curses;
         if (!curses.Ok()) return 2;
         SetLogSink(std::make_unique<FileLogSink>(log));
+        HostCtl::Sim::SimHost host(rootDir);
+        Runtime::Get().SetHost(&host);
         Menu menu;
         menu.SetActive(true);
         menu.MenuTitle().SetText("System Customization");
         menu.InformationTitle().SetText("Information");
-        menu.InformationText().SetText("Details here");
+        // The pane reads the host's objects that the window made for the default stack.
+        menu.InformationText().SetText("Details here " + menu.DnsConfig().GetHostname());
         menu.LeftFooter().SetText("{align:right}<Up/Down> Select{/align}");
         menu.RightFooter().SetText("{align:right}<Esc> Log Out{/align}");
         UiCurses::HoldUntil('q');
@@ -234,7 +247,7 @@ TEST(WindowScreen, RootWindowHasTwoPanesABoxAndTheLineUnderTheTitles) {
   ASSERT_TRUE(t.WaitForText("<Esc> Log Out", 5000)) << t.Screen();
   EXPECT_EQ(t.Region(1, 3, 1, 20), "System Customization");
   EXPECT_EQ(t.Region(1, 42, 1, 11), "Information");
-  EXPECT_EQ(t.Region(4, 42, 1, 12), "Details here");
+  EXPECT_EQ(t.Region(4, 42, 1, 22), "Details here pane-host");
   EXPECT_EQ(t.Region(21, 23, 1, 16), "<Up/Down> Select");  // ends at column 38
   EXPECT_EQ(t.Region(21, 65, 1, 13), "<Esc> Log Out");     // ends at column 77
   EXPECT_EQ(t.Region(0, 0, 1, 2), "\u250c\u2500");
@@ -254,6 +267,7 @@ TEST(WindowScreen, RootWindowHasTwoPanesABoxAndTheLineUnderTheTitles) {
   EXPECT_TRUE(t.WaitForExit(5000, nullptr));
   EXPECT_NE(ReadAll(log).find("COLS=80, LINES=24"), std::string::npos) << ReadAll(log);
   unlink(log.c_str());
+  std::filesystem::remove_all(rootDir);
 }
 
 TEST(WindowScreen, ChildrenLeaveTheirParentsListAndDeleteChildrenDeletesTheRest) {
