@@ -49,7 +49,8 @@ std::string SelfExe() {
 }
 
 int Usage(const std::string& why) {
-  std::cerr << "konu-hostsim: " << why << "\n" << "Try 'konu-hostsim --help'.\n";
+  std::cerr << "konu-hostsim: " << why << "\n"
+            << "Try 'konu-hostsim --help'.\n";
   return Konu::Sim::kControlUsage;
 }
 

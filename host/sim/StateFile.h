@@ -2,10 +2,9 @@
 #pragma once
 
 #include <functional>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
-
-#include <nlohmann/json.hpp>
 
 namespace Konu::Sim {
 

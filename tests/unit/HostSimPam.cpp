@@ -1,8 +1,7 @@
 // The simulated host's PAM service "konu": authentication, account checks and password change
 // through pam_start_confdir, the way the console's login and password dialogs use it.
-#include <security/pam_appl.h>
-
 #include <gtest/gtest.h>
+#include <security/pam_appl.h>
 
 #include <deque>
 
@@ -74,7 +73,7 @@ void SetUser(const SimHost& host, const std::string& name, const Json& user) {
 }
 
 Json PlainUser(const std::string& password) {
-  return {{"password", password}, {"uid", 500}, {"denied", false}, {"expired", false},
+  return {{"password", password},    {"uid", 500}, {"denied", false}, {"expired", false},
           {"serviceAccount", false}, {"qal", true}};
 }
 
