@@ -124,7 +124,7 @@ void CopyFile(const std::string& from, const std::string& to, int mode) {
 std::string DirectoryOf(const std::string& path) { return path.substr(0, path.rfind('/')); }
 
 void WriteTools(const std::string& root, const std::string& exe) {
-  for (const ToolSpec& tool : ToolTable()) {
+  for (const ToolEntry& tool : ToolTable()) {
     // Two lines: the tool knows its root and its name without any environment.
     std::string script = "#!/bin/sh\nexec " + ShellQuote(exe) + " --tool " + ShellQuote(root) + " " +
                          ShellQuote(tool.name) + " \"$@\"\n";

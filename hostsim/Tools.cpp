@@ -3,8 +3,8 @@
 
 namespace Konu::Sim {
 
-const std::vector<ToolSpec>& ToolTable() {
-  static const std::vector<ToolSpec> kTools = {
+const std::vector<ToolEntry>& ToolTable() {
+  static const std::vector<ToolEntry> kTools = {
       {"qal-cmd", "/bin/qal-cmd", QalCmd, "management service commands and queries (-U USER COMMAND)"},
       {"OrinShell", "/etc/init.d/OrinShell", InitScript, "host shell service {start|stop|restart|status}"},
       {"SSH", "/etc/init.d/SSH", InitScript, "SSH service {start|stop|restart|status}"},
@@ -24,8 +24,8 @@ const std::vector<ToolSpec>& ToolTable() {
   return kTools;
 }
 
-const ToolSpec* FindTool(const std::string& name) {
-  for (const ToolSpec& tool : ToolTable())
+const ToolEntry* FindTool(const std::string& name) {
+  for (const ToolEntry& tool : ToolTable())
     if (name == tool.name) return &tool;
   return nullptr;
 }

@@ -8,15 +8,15 @@
 
 namespace Konu::Sim {
 
-struct ToolSpec {
+struct ToolEntry {
   const char* name;      // argument zero and the journal's first word
   const char* hostPath;  // where create puts its wrapper inside the root
   int (*body)(ToolRun&);
   const char* summary;
 };
 
-const std::vector<ToolSpec>& ToolTable();
-const ToolSpec* FindTool(const std::string& name);
+const std::vector<ToolEntry>& ToolTable();
+const ToolEntry* FindTool(const std::string& name);
 
 // Tool actions, grouped by file.
 int QalCmd(ToolRun& run);          // QalCmd.cpp

@@ -89,6 +89,13 @@ TEST_F(HostSimPam, FreshRootLogsInWithItsPasswordOnly) {
   EXPECT_NE(Login(host, "nobody-here", "konu"), PAM_SUCCESS);
 }
 
+// A host whose root password was never set takes the empty secret, and only that.
+TEST_F(HostSimPam, EmptyPasswordUserLogsInWithTheEmptySecret) {
+  SetUser(host, "root", PlainUser(""));
+  EXPECT_EQ(Login(host, "root", ""), PAM_SUCCESS);
+  EXPECT_NE(Login(host, "root", "konu"), PAM_SUCCESS);
+}
+
 TEST_F(HostSimPam, ServiceAccountCannotLogIn) { EXPECT_NE(Login(host, "konu", ""), PAM_SUCCESS); }
 
 TEST_F(HostSimPam, UserAddedToTheStateLogsInWithoutRecreatingTheHost) {

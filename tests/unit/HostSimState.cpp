@@ -1,5 +1,5 @@
 // The simulated host's state file: atomic locked updates, refusal of malformed files, the
-// fresh host's document, and fault matching.
+// fresh host's state, and fault matching.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -58,7 +58,7 @@ TEST_F(HostSimState, MissingFileNamesTheFile) {
 }
 
 // A hand-edited file with a syntax error must be reported with its place, and an update must
-// not "repair" it by writing a fresh document over the operator's edits.
+// not "repair" it by writing a fresh state over the operator's edits.
 TEST_F(HostSimState, MalformedFileIsRefusedWithItsPlaceAndNeverOverwritten) {
   file.Write(Konu::Sim::DefaultHostState());
   const std::string broken = "{\n  \"power\": {\"state\": \"on\"},\n  \"users\": {,}\n}\n";
@@ -129,8 +129,8 @@ TEST_F(HostSimState, ConcurrentWritersLoseNoUpdateAndReadersNeverSeeATornFile) {
   EXPECT_GT(reads, 0);
 }
 
-// The layout written down in DefaultState.h, checked against the fresh document.
-TEST(HostSimDefaultState, DocumentedPointersExistWithTheirFreshValues) {
+// The layout written down in DefaultState.h, checked against the fresh state.
+TEST(HostSimDefaultState, LayoutPointersExistWithTheirFreshValues) {
   Json s = Konu::Sim::DefaultHostState();
   struct Expect {
     const char* pointer;
@@ -182,7 +182,7 @@ Json WithFaults(Json tools) {
   return s;
 }
 
-TEST(HostSimFaults, WordsMatchInOrderAndTheMostSpecificEntryWins) {
+TEST(HostSimFaults, WordsMatchInOrderAndTheEntryWithMostWordsWins) {
   Json s = WithFaults({{"qal-cmd", {{"exitCode", 1}}},
                        {"qal-cmd qalsvc/auth/lockdown_mode_enter", {{"exitCode", 2}}},
                        {"SSH status", {{"exitCode", 3}}}});
