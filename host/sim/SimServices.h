@@ -37,7 +37,8 @@ class SimVirtualSwitchInfo : public Network::VirtualSwitchInfo {
   void RemoveUplink(const std::string& switchName, const std::string& nic) override;
   void RemoveDVSwitchUplink(const std::string& dvsName, const std::string& nic) override;
   void SetPortGroupVlanId(const std::string& portGroup, uint16_t vlanId) override;
-  void SetPortGroupTeamingPolicy(const std::string& portGroup, const Network::NicTeamingPolicy& policy) override;
+  void SetPortGroupTeamingPolicy(const std::string& portGroup,
+                                 const Network::NicTeamingPolicy& policy) override;
   void AddVirtualSwitch(const std::string& name) override;
   void AddPortGroup(const std::string& switchName, const std::string& portGroup, uint16_t vlanId) override;
 
@@ -165,7 +166,8 @@ class SimEventLib : public EventLib {
 class SimAuditLog : public AuditLog {
  public:
   explicit SimAuditLog(std::string root) : state_(std::move(root)) {}
-  void CblAudit_VLog(const std::string& record, const std::string& user, const std::string& origin, int success,
+  void CblAudit_VLog(const std::string& record, const std::string& user, const std::string& origin,
+                     int success,
                      const std::vector<std::pair<std::string, std::string>>& attributes) override;
 
  private:

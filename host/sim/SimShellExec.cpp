@@ -60,7 +60,8 @@ int SimShellExec::NukCtl_Exec(const std::string& commandLine, bool, bool, bool) 
 
   int status = 0;
   while (waitpid(pid, &status, 0) < 0) {
-    if (errno != EINTR) throw Lib::HostCtlException("Cannot wait for '" + commandLine + "': " + std::strerror(errno));
+    if (errno != EINTR)
+      throw Lib::HostCtlException("Cannot wait for '" + commandLine + "': " + std::strerror(errno));
   }
   if (WIFEXITED(status)) return WEXITSTATUS(status);
   if (WIFSIGNALED(status)) return 128 + WTERMSIG(status);
