@@ -128,14 +128,16 @@ nlohmann::json DefaultHostState() {
     "reachable": ["10.0.0.1", "10.0.0.2", "10.0.0.3", "10.0.0.5", "2001:db8:10::1", "127.0.0.1"]
   },
   "vms": [
-    {"id": 1, "name": "build-agent-01", "powerState": "poweredOn"},
-    {"id": 2, "name": "db-replica", "powerState": "poweredOn"}
+    {"id": 1, "name": "build-agent-01", "powerState": "poweredOn", "autostart": true,
+     "ignoresShutdown": false},
+    {"id": 2, "name": "db-replica", "powerState": "poweredOn", "autostart": false,
+     "ignoresShutdown": false}
   ],
   "services": {
     "SSH": {"running": false, "enabled": false},
     "OrinShell": {"running": false, "enabled": false},
-    "mgmtd": {"running": true, "enabled": true},
-    "hostd": {"running": true, "enabled": true}
+    "mgmtd": {"running": true, "enabled": true, "agent": true},
+    "hostd": {"running": true, "enabled": true, "agent": true}
   },
   "agents": {"restarts": 0},
   "lockdown": {"enabled": false, "possible": true},
@@ -149,6 +151,7 @@ nlohmann::json DefaultHostState() {
     "konu": {"password": "", "uid": 201, "denied": false, "expired": false, "serviceAccount": true,
              "qal": true}
   },
+  "passwordPolicy": {"minLength": 1},
   "backups": [],
   "coreDumps": [],
   "factoryResets": 0,

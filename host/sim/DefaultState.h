@@ -47,10 +47,12 @@ namespace Konu::Sim {
 //       available=false: a DHCP interface gets 0.0.0.0
 //   /network/reachable                      addresses answering nukping (texts)
 //
-//   /vms                                    [{id, name, powerState "poweredOn"|"poweredOff"}]
-//   /services/<name>                        {running, enabled}: "SSH", "OrinShell" (init scripts),
-//                                           "mgmtd", "hostd" (management agents, services.sh)
-//   /agents/restarts                        how many times services.sh restarted the agents
+//   /vms                                    [{id, name, powerState "poweredOn"|"poweredOff",
+//                                            autostart (stopped by the auto-start manager),
+//                                            ignoresShutdown (stays on unless terminated)}]
+//   /services/<name>                        {running, enabled, agent}: "SSH", "OrinShell" (init
+//                                           scripts), "mgmtd", "hostd" (agent: true, services.sh)
+//   /agents/restarts                        how many times the agents came back up after a stop
 //   /lockdown/enabled, /lockdown/possible
 //   /power/state                            "on" | "off" | "rebooting"
 //   /power/history                          [{action "poweroff"|"reboot", forced}]
@@ -58,6 +60,7 @@ namespace Konu::Sim {
 //   /users/<name>                           {password, uid, denied, expired, serviceAccount,
 //                                            qal}: qal = known to qal-cmd; a service account has
 //                                            no console login (not in the password file)
+//   /passwordPolicy/minLength               a shorter new password is refused by PAM
 //   /backups                                [{time, reason}] written by backup.sh
 //   /coreDumps                              [{process, path}] written by nukbacktrace
 //   /factoryResets                          count of firmwareConfig.py --reset-only runs

@@ -1,0 +1,76 @@
+// Injected faults of a simulated host: tool runs that fail or hang, operations that throw.
+#include "host/sim/Faults.h"
+
+#include <sstream>
+
+namespace Konu::Sim {
+namespace {
+
+std::vector<std::string> Words(const std::string& key) {
+  std::vector<std::string> words;
+  std::istringstream in(key);
+  std::string word;
+  while (in >> word) words.push_back(word);
+  return words;
+}
+
+bool Matches(const std::vector<std::string>& words, const std::vector<std::string>& argv) {
+  if (words.empty() || argv.empty() || words.front() != argv.front()) return false;
+  size_t at = 1;
+  for (size_t w = 1; w < words.size(); ++w) {
+    while (at < argv.size() && argv[at] != words[w]) ++at;
+    if (at == argv.size()) return false;
+    ++at;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::optional<std::string> MatchingFaultKey(const nlohmann::json& state, const std::vector<std::string>& argv) {
+  const nlohmann::json::json_pointer tools("/faults/tools");
+  if (!state.contains(tools) || !state.at(tools).is_object()) return std::nullopt;
+  std::optional<std::string> best;
+  size_t bestWords = 0;
+  for (const auto& [key, value] : state.at(tools).items()) {
+    std::vector<std::string> words = Words(key);
+    if (!value.is_object() || !Matches(words, argv)) continue;
+    if (!best || words.size() > bestWords) {
+      best = key;
+      bestWords = words.size();
+    }
+  }
+  return best;
+}
+
+std::optional<ToolFault> TakeToolFault(nlohmann::json& state, const std::vector<std::string>& argv) {
+  std::optional<std::string> key = MatchingFaultKey(state, argv);
+  if (!key) return std::nullopt;
+  nlohmann::json& tools = state["faults"]["tools"];
+  nlohmann::json& entry = tools[*key];
+  ToolFault fault;
+  fault.key = *key;
+  fault.exitCode = entry.value("exitCode", 1);
+  fault.out = entry.value("stdout", "");
+  fault.err = entry.value("stderr", "");
+  fault.hang = entry.value("hang", false);
+  if (entry.contains("times") && entry["times"].is_number_integer()) {
+    int left = entry["times"].get<int>() - 1;
+    if (left <= 0)
+      tools.erase(*key);
+    else
+      entry["times"] = left;
+  }
+  return fault;
+}
+
+std::optional<std::string> OperationFault(const nlohmann::json& state, const std::string& serviceDotOperation) {
+  const nlohmann::json::json_pointer operations("/faults/operations");
+  if (!state.contains(operations)) return std::nullopt;
+  const nlohmann::json& all = state.at(operations);
+  auto found = all.find(serviceDotOperation);
+  if (found == all.end() || found->is_null()) return std::nullopt;
+  return found->is_string() ? found->get<std::string>() : found->dump();
+}
+
+}  // namespace Konu::Sim

@@ -1,0 +1,32 @@
+// Injected faults of a simulated host: tool runs that fail or hang, operations that throw.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+namespace Konu::Sim {
+
+struct ToolFault {
+  std::string key;  // the entry's name under /faults/tools
+  int exitCode = 1;
+  std::string out;
+  std::string err;
+  bool hang = false;
+};
+
+// The entry of /faults/tools whose words all occur in `argv` in their order, the first word
+// being argv[0]; with several, the one with the most words (then the first in key order).
+std::optional<std::string> MatchingFaultKey(const nlohmann::json& state, const std::vector<std::string>& argv);
+
+// Takes the matching fault out of the state for one use: an entry with "times" counts down
+// and disappears at zero. Returns nothing when no entry matches.
+std::optional<ToolFault> TakeToolFault(nlohmann::json& state, const std::vector<std::string>& argv);
+
+// The message that the host operation "<Service>.<Operation>" is made to throw
+// (/faults/operations/<Service>.<Operation>), or nothing.
+std::optional<std::string> OperationFault(const nlohmann::json& state, const std::string& serviceDotOperation);
+
+}  // namespace Konu::Sim

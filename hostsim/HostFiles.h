@@ -1,0 +1,28 @@
+// Files of a simulated host that create writes: logs, PAM stack, password file, certificates.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+namespace Konu::Sim {
+
+// Plausible lines for each log file of the host, by host path.
+struct LogFile {
+  const char* hostPath;
+  std::vector<std::string> lines;
+};
+std::vector<LogFile> FreshLogFiles(const nlohmann::json& state);
+
+// The PAM service file for pam_start_confdir: pam_matrix for the password check and the
+// service check, our module for the state's user flags and password change.
+std::string PamServiceFile(const std::string& root, const std::string& modulePath);
+
+// Where pam_matrix is installed on this machine.
+extern const char* const kPamMatrixPath;
+
+// Writes a file (mode 0644 or the given one); throws std::runtime_error naming the file.
+void WriteTextFile(const std::string& path, const std::string& text, int mode = 0644);
+
+}  // namespace Konu::Sim

@@ -1,0 +1,121 @@
+// Support tools of a simulated host: live cores, configuration backup and ping.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <ctime>
+
+#include "hostsim/Tools.h"
+
+namespace Konu::Sim {
+namespace {
+
+using Json = nlohmann::json;
+
+bool Contains(const Json& list, const std::string& text) {
+  return list.is_array() && std::find(list.begin(), list.end(), Json(text)) != list.end();
+}
+
+}  // namespace
+
+// nukbacktrace [-w] [-c] -n PROCESS -o PATTERN -d DIR: '%' in the pattern becomes the pid.
+int NukBacktrace(ToolRun& run) {
+  std::string process, pattern = "core%", dir = "/var/core/";
+  const std::vector<std::string>& args = run.Args();
+  for (size_t i = 0; i < args.size(); ++i) {
+    bool hasNext = i + 1 < args.size();
+    if (args[i] == "-w" || args[i] == "-c") continue;
+    if (args[i] == "-n" && hasNext) {
+      process = args[++i];
+    } else if (args[i] == "-o" && hasNext) {
+      pattern = args[++i];
+    } else if (args[i] == "-d" && hasNext) {
+      dir = args[++i];
+    } else {
+      run.Err("Usage: nukbacktrace [-w] [-c] -n PROCESS [-o PATTERN] [-d DIR]\n");
+      return 1;
+    }
+  }
+  // Everything stays inside the root: no '..' and no slash in the file name.
+  if (process.empty() || pattern.find('/') != std::string::npos || dir.find("..") != std::string::npos) {
+    run.Err("Usage: nukbacktrace [-w] [-c] -n PROCESS [-o PATTERN] [-d DIR]\n");
+    return 1;
+  }
+  Json state = run.State().Read();
+  Json::json_pointer running("/services/" + process + "/running");
+  if (!state.contains(running) || !state.at(running).get<bool>()) {
+    run.Err("nukbacktrace: process " + process + " not found\n");
+    return 1;
+  }
+  std::string pid = std::to_string(4000 + state["agents"].value("restarts", 0));
+  std::string name = pattern;
+  for (size_t at = name.find('%'); at != std::string::npos; at = name.find('%', at + pid.size()))
+    name.replace(at, 1, pid);
+  if (dir.empty() || dir.back() != '/') dir += '/';
+  std::string hostPath = dir + name + ".core";
+  int fd = open(run.HostFile(hostPath).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  if (fd < 0) {
+    run.Err("nukbacktrace: cannot write " + hostPath + "\n");
+    return 1;
+  }
+  std::string core = "\x7f" "ELF live core of " + process + " pid " + pid + "\n";
+  bool written = write(fd, core.data(), core.size()) == static_cast<ssize_t>(core.size());
+  close(fd);
+  if (!written) {
+    run.Err("nukbacktrace: cannot write " + hostPath + "\n");
+    return 1;
+  }
+  run.State().Update([&](Json& s) { s["coreDumps"].push_back({{"process", process}, {"path", hostPath}}); });
+  run.Out("Live core of " + process + " written to " + hostPath + "\n");
+  return 0;
+}
+
+int BackupSh(ToolRun& run) {
+  run.State().Update([&](Json& s) {
+    s["backups"].push_back({{"time", static_cast<long long>(time(nullptr))}, {"args", run.Args()}});
+  });
+  return 0;
+}
+
+// nukping [-c COUNT] [-I INTERFACE] ADDRESS: answers for the reachable addresses of the state,
+// sent through an interface that is up.
+int NukPing(ToolRun& run) {
+  int count = 3;
+  std::string interface, address;
+  const std::vector<std::string>& args = run.Args();
+  for (size_t i = 0; i < args.size(); ++i) {
+    bool hasNext = i + 1 < args.size();
+    if (args[i] == "-c" && hasNext) {
+      count = std::max(1, std::atoi(args[++i].c_str()));
+    } else if (args[i] == "-I" && hasNext) {
+      interface = args[++i];
+    } else if (!args[i].empty() && args[i][0] != '-' && address.empty()) {
+      address = args[i];
+    } else {
+      address.clear();
+      break;
+    }
+  }
+  if (address.empty()) {
+    run.Err("Usage: nukping [-c COUNT] [-I INTERFACE] ADDRESS\n");
+    return 1;
+  }
+  Json state = run.State().Read();
+  std::string nic = interface.empty() ? state["network"].value("managementInterface", "") : interface;
+  Json::json_pointer up("/network/nukNics/" + nic + "/up");
+  if (!state.contains(up)) {
+    run.Err("nukping: unknown interface " + nic + "\n");
+    return 1;
+  }
+  bool answers = state.at(up).get<bool>() && Contains(state["network"]["reachable"], address);
+  run.Out("PING " + address + ": 56 data bytes\n");
+  for (int i = 0; answers && i < count; ++i)
+    run.Out("64 bytes from " + address + ": icmp_seq=" + std::to_string(i) + " ttl=64 time=0.2" +
+            std::to_string(i) + " ms\n");
+  run.Out("\n--- " + address + " ping statistics ---\n" + std::to_string(count) + " packets transmitted, " +
+          std::to_string(answers ? count : 0) + " packets received, " + (answers ? "0" : "100") +
+          "% packet loss\n");
+  return answers ? 0 : 1;
+}
+
+}  // namespace Konu::Sim

@@ -1,0 +1,166 @@
+// The simulated host's PAM service "konu": authentication, account checks and password change
+// through pam_start_confdir, the way the console's login and password dialogs use it.
+#include <security/pam_appl.h>
+
+#include <gtest/gtest.h>
+
+#include <deque>
+
+#include "host/sim/StateFile.h"
+#include "tests/harness/SimHost.h"
+
+namespace {
+
+using KonuTest::SimHost;
+using Json = nlohmann::json;
+
+// Answers hidden prompts from a queue, one message per call, and records the prompts.
+struct Conversation {
+  std::deque<std::string> answers;
+  std::vector<std::string> prompts;
+
+  static int Answer(int count, const struct pam_message** messages, struct pam_response** responses,
+                    void* self) {
+    auto* conv = static_cast<Conversation*>(self);
+    if (count != 1) return PAM_CONV_ERR;
+    auto* reply = static_cast<pam_response*>(calloc(1, sizeof(pam_response)));
+    if (messages[0]->msg_style == PAM_PROMPT_ECHO_OFF) {
+      conv->prompts.push_back(messages[0]->msg);
+      std::string answer = conv->answers.empty() ? "" : conv->answers.front();
+      if (!conv->answers.empty()) conv->answers.pop_front();
+      reply->resp = strdup(answer.c_str());
+    }
+    *responses = reply;
+    return PAM_SUCCESS;
+  }
+};
+
+// One PAM transaction on the host's service file, ended with the last status.
+class PamSession {
+ public:
+  PamSession(const SimHost& host, const std::string& user, std::deque<std::string> answers) {
+    conv_.answers = std::move(answers);
+    struct pam_conv pc = {&Conversation::Answer, &conv_};
+    status_ = pam_start_confdir("konu", user.c_str(), &pc, (host.Root() + "/etc/pam.d").c_str(), &handle_);
+  }
+  ~PamSession() {
+    if (handle_) pam_end(handle_, status_);
+  }
+  PamSession(const PamSession&) = delete;
+  PamSession& operator=(const PamSession&) = delete;
+
+  int Started() const { return status_; }
+  int Authenticate() { return status_ = pam_authenticate(handle_, PAM_SILENT); }
+  int AccountCheck() { return status_ = pam_acct_mgmt(handle_, PAM_SILENT); }
+  int ChangeAuthToken() { return status_ = pam_chauthtok(handle_, PAM_SILENT); }
+  const std::vector<std::string>& Prompts() const { return conv_.prompts; }
+
+ private:
+  Conversation conv_;
+  pam_handle_t* handle_ = nullptr;
+  int status_ = PAM_SUCCESS;
+};
+
+// Login as the console does it: authenticate, then the account check.
+int Login(const SimHost& host, const std::string& user, const std::string& password) {
+  PamSession pam(host, user, {password});
+  EXPECT_EQ(pam.Started(), PAM_SUCCESS);
+  int status = pam.Authenticate();
+  return status == PAM_SUCCESS ? pam.AccountCheck() : status;
+}
+
+void SetUser(const SimHost& host, const std::string& name, const Json& user) {
+  Konu::Sim::StateFile(host.Root()).Update([&](Json& s) { s["users"][name] = user; });
+}
+
+Json PlainUser(const std::string& password) {
+  return {{"password", password}, {"uid", 500}, {"denied", false}, {"expired", false},
+          {"serviceAccount", false}, {"qal", true}};
+}
+
+class HostSimPam : public ::testing::Test {
+ protected:
+  SimHost host{KONU_HOSTSIM_BIN};
+};
+
+TEST_F(HostSimPam, FreshRootLogsInWithItsPasswordOnly) {
+  EXPECT_EQ(Login(host, "root", "konu"), PAM_SUCCESS);
+  EXPECT_NE(Login(host, "root", "wrong"), PAM_SUCCESS);
+  EXPECT_NE(Login(host, "root", ""), PAM_SUCCESS);
+  EXPECT_NE(Login(host, "nobody-here", "konu"), PAM_SUCCESS);
+}
+
+TEST_F(HostSimPam, ServiceAccountCannotLogIn) { EXPECT_NE(Login(host, "konu", ""), PAM_SUCCESS); }
+
+TEST_F(HostSimPam, UserAddedToTheStateLogsInWithoutRecreatingTheHost) {
+  SetUser(host, "alice", PlainUser("wonder"));
+  EXPECT_EQ(Login(host, "alice", "wonder"), PAM_SUCCESS);
+}
+
+TEST_F(HostSimPam, DeniedUserPassesAuthenticationButNotTheAccountCheck) {
+  Json user = PlainUser("secret1");
+  user["denied"] = true;
+  SetUser(host, "dave", user);
+  PamSession pam(host, "dave", {"secret1"});
+  EXPECT_EQ(pam.Authenticate(), PAM_SUCCESS);
+  EXPECT_EQ(pam.AccountCheck(), PAM_PERM_DENIED);
+}
+
+TEST_F(HostSimPam, ExpiredPasswordAsksForANewOne) {
+  Json user = PlainUser("old-pass");
+  user["expired"] = true;
+  SetUser(host, "erin", user);
+  EXPECT_EQ(Login(host, "erin", "old-pass"), PAM_NEW_AUTHTOK_REQD);
+}
+
+// The console's change request: authenticate with the old password, account check, then
+// pam_chauthtok answered with the new password twice.
+TEST_F(HostSimPam, ExpiredPasswordChangeClearsTheFlagAndTheNewPasswordWorks) {
+  Json user = PlainUser("old-pass");
+  user["expired"] = true;
+  SetUser(host, "erin", user);
+  {
+    PamSession pam(host, "erin", {"old-pass", "new-pass", "new-pass"});
+    ASSERT_EQ(pam.Authenticate(), PAM_SUCCESS);
+    ASSERT_EQ(pam.AccountCheck(), PAM_NEW_AUTHTOK_REQD);
+    EXPECT_EQ(pam.ChangeAuthToken(), PAM_SUCCESS);
+    EXPECT_EQ(pam.Prompts().size(), 3u);
+  }
+  Json state = Konu::Sim::StateFile(host.Root()).Read();
+  EXPECT_EQ(state["users"]["erin"]["password"], "new-pass");
+  EXPECT_EQ(state["users"]["erin"]["expired"], false);
+  EXPECT_EQ(Login(host, "erin", "new-pass"), PAM_SUCCESS);
+  EXPECT_NE(Login(host, "erin", "old-pass"), PAM_SUCCESS);
+}
+
+TEST_F(HostSimPam, RootPasswordChangeReachesStateAndPasswordFile) {
+  {
+    PamSession pam(host, "root", {"konu", "Better-1", "Better-1"});
+    ASSERT_EQ(pam.Authenticate(), PAM_SUCCESS);
+    ASSERT_EQ(pam.AccountCheck(), PAM_SUCCESS);
+    ASSERT_EQ(pam.ChangeAuthToken(), PAM_SUCCESS);
+  }
+  EXPECT_EQ(Konu::Sim::StateFile(host.Root()).Get("/users/root/password"), "Better-1");
+  EXPECT_NE(KonuTest::ReadFileText(host.File("/etc/konu-sim/passdb")).find("root:Better-1:konu"),
+            std::string::npos);
+  EXPECT_EQ(Login(host, "root", "Better-1"), PAM_SUCCESS);
+}
+
+TEST_F(HostSimPam, ChangeRefusedForMismatchShortOrUnstorablePasswords) {
+  Konu::Sim::StateFile(host.Root()).Update([](Json& s) { s["passwordPolicy"]["minLength"] = 8; });
+  for (const auto& [first, second] : std::vector<std::pair<std::string, std::string>>{
+           {"Longenough1", "Longenough2"}, {"short", "short"}, {"with:colon9", "with:colon9"}}) {
+    PamSession pam(host, "root", {"konu", first, second});
+    ASSERT_EQ(pam.Authenticate(), PAM_SUCCESS);
+    EXPECT_EQ(pam.ChangeAuthToken(), PAM_AUTHTOK_ERR) << first;
+  }
+  EXPECT_EQ(Konu::Sim::StateFile(host.Root()).Get("/users/root/password"), "konu");
+  EXPECT_EQ(Login(host, "root", "konu"), PAM_SUCCESS);
+}
+
+TEST_F(HostSimPam, MalformedStateMakesAuthenticationUnavailable) {
+  KonuTest::RunCommandLine({"/bin/sh", "-c", "echo '{broken' > " + host.File("/etc/konu-sim/host.json")});
+  EXPECT_EQ(Login(host, "root", "konu"), PAM_AUTHINFO_UNAVAIL);
+}
+
+}  // namespace

@@ -1,0 +1,219 @@
+// The simulated host's state file: atomic locked updates, refusal of malformed files, the
+// fresh host's document, and fault matching.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "host/sim/DefaultState.h"
+#include "host/sim/StateFile.h"
+#include "host/sim/Faults.h"
+#include "tests/harness/SimHost.h"
+
+namespace {
+
+using Json = nlohmann::json;
+using Konu::Sim::StateFile;
+using Konu::Sim::StateFileError;
+using KonuTest::ReadFileText;
+using KonuTest::TempDir;
+
+void WriteRaw(const std::string& path, const std::string& text) {
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out << text;
+}
+
+class HostSimState : public ::testing::Test {
+ protected:
+  TempDir dir;
+  StateFile file{dir.Path()};
+};
+
+TEST_F(HostSimState, WriteCreatesTheFileAndUpdateChangesIt) {
+  file.Write(Konu::Sim::DefaultHostState());
+  EXPECT_EQ(file.Path(), dir.Path() + "/etc/konu-sim/host.json");
+  file.Update([](Json& s) { s["power"]["state"] = "off"; });
+  EXPECT_EQ(file.Read()["power"]["state"], "off");
+  EXPECT_EQ(file.Get("/power/state"), "off");
+}
+
+TEST_F(HostSimState, ChangeThatThrowsWritesNothing) {
+  file.Write(Konu::Sim::DefaultHostState());
+  std::string before = ReadFileText(file.Path());
+  EXPECT_THROW(file.Update([](Json& s) {
+    s["power"]["state"] = "off";
+    throw std::runtime_error("changed my mind");
+  }),
+               std::runtime_error);
+  EXPECT_EQ(ReadFileText(file.Path()), before);
+}
+
+TEST_F(HostSimState, MissingFileNamesTheFile) {
+  try {
+    file.Read();
+    FAIL() << "no error for a missing file";
+  } catch (const StateFileError& e) {
+    EXPECT_NE(std::string(e.what()).find(file.Path()), std::string::npos) << e.what();
+  }
+}
+
+// A hand-edited file with a syntax error must be reported with its place, and an update must
+// not "repair" it by writing a fresh document over the operator's edits.
+TEST_F(HostSimState, MalformedFileIsRefusedWithItsPlaceAndNeverOverwritten) {
+  file.Write(Konu::Sim::DefaultHostState());
+  const std::string broken = "{\n  \"power\": {\"state\": \"on\"},\n  \"users\": {,}\n}\n";
+  WriteRaw(file.Path(), broken);
+  bool changed = false;
+  try {
+    file.Update([&](Json&) { changed = true; });
+    FAIL() << "no error for a malformed file";
+  } catch (const StateFileError& e) {
+    std::string what = e.what();
+    EXPECT_NE(what.find(file.Path()), std::string::npos) << what;
+    EXPECT_NE(what.find("line 3"), std::string::npos) << what;
+    EXPECT_NE(what.find("column 13"), std::string::npos) << what;
+  }
+  EXPECT_FALSE(changed);
+  EXPECT_THROW(file.Read(), StateFileError);
+  EXPECT_EQ(ReadFileText(file.Path()), broken);
+}
+
+TEST_F(HostSimState, GetNamesAnAbsentPointer) {
+  file.Write(Konu::Sim::DefaultHostState());
+  try {
+    file.Get("/network/pnics/nic9");
+    FAIL();
+  } catch (const StateFileError& e) {
+    EXPECT_NE(std::string(e.what()).find("/network/pnics/nic9"), std::string::npos) << e.what();
+  }
+  EXPECT_THROW(file.Get("no-leading-slash"), StateFileError);
+}
+
+// konu-hostsim set in one process and StateFile::Update in this one, both in tight loops,
+// with a reader that must never see a torn file: every update of both sides survives.
+TEST_F(HostSimState, ConcurrentWritersLoseNoUpdateAndReadersNeverSeeATornFile) {
+  Json fresh = Konu::Sim::DefaultHostState();
+  fresh["counter"] = 0;
+  fresh["fromShell"] = Json::array();
+  file.Write(fresh);
+  constexpr int kRounds = 150;
+  std::string loop = "i=0; while [ $i -lt " + std::to_string(kRounds) + " ]; do '" KONU_HOSTSIM_BIN "' --root '" +
+                     dir.Path() + "' set /fromShell/- $i || exit 1; i=$((i+1)); done";
+  std::atomic<bool> stop{false};
+  std::atomic<int> reads{0}, tornReads{0};
+  std::thread reader([&] {
+    while (!stop) {
+      try {
+        file.Read();
+        ++reads;
+      } catch (const StateFileError&) {
+        ++tornReads;
+      }
+    }
+  });
+  std::thread shell([&] {
+    KonuTest::CommandResult r = KonuTest::RunCommandLine({"/bin/sh", "-c", loop});
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+  });
+  for (int i = 0; i < kRounds; ++i) file.Update([](Json& s) { s["counter"] = s["counter"].get<int>() + 1; });
+  shell.join();
+  stop = true;
+  reader.join();
+
+  Json state = file.Read();
+  EXPECT_EQ(state["counter"], kRounds);
+  ASSERT_EQ(state["fromShell"].size(), static_cast<size_t>(kRounds));
+  for (int i = 0; i < kRounds; ++i) EXPECT_EQ(state["fromShell"][i], i);
+  EXPECT_EQ(tornReads, 0);
+  EXPECT_GT(reads, 0);
+}
+
+// The layout written down in DefaultState.h, checked against the fresh document.
+TEST(HostSimDefaultState, DocumentedPointersExistWithTheirFreshValues) {
+  Json s = Konu::Sim::DefaultHostState();
+  struct Expect {
+    const char* pointer;
+    Json value;
+  };
+  const Expect expected[] = {
+      {"/users/root/password", "konu"},
+      {"/network/managementInterface", "nuk0"},
+      {"/network/nukNics/nuk0/ipv4/dhcp", false},
+      {"/network/nukNics/nuk0/ipv4/address", "10.0.0.5"},
+      {"/network/nukNics/nuk0/ipv4/netmask", "255.255.255.0"},
+      {"/network/routing/defaultTcpipStack/ipv4Gateway", "10.0.0.1"},
+      {"/network/ipv6Enabled", true},
+      {"/keyboard/current", "US Default"},
+      {"/advancedOptions/~1UserVars~1KonuTimeOut/value", 600},
+      {"/services/SSH/running", false},
+      {"/services/OrinShell/running", false},
+      {"/lockdown/enabled", false},
+      {"/lockdown/possible", true},
+      {"/power/state", "on"},
+      {"/smartCards/slots/0/token", nullptr},
+      {"/faults/tools", Json::object()},
+      {"/faults/operations", Json::object()},
+      {"/hardware/cpuPackages", 2},
+  };
+  for (const Expect& e : expected) {
+    Json::json_pointer p(e.pointer);
+    ASSERT_TRUE(s.contains(p)) << e.pointer;
+    EXPECT_EQ(s.at(p), e.value) << e.pointer;
+  }
+  EXPECT_EQ(s["network"]["pnics"].size(), 4u);
+  EXPECT_EQ(s["network"]["vswitches"]["vSwitch0"]["uplinks"].size(), 2u);
+  EXPECT_EQ(s["network"]["dns"]["defaultTcpipStack"]["nameServers"].size(), 2u);
+  EXPECT_GE(s["network"]["nukNics"]["nuk0"]["ipv6"]["addresses"].size(), 2u);
+  EXPECT_EQ(s["vms"].size(), 2u);
+  for (const Json& vm : s["vms"]) EXPECT_EQ(vm["powerState"], "poweredOn");
+  EXPECT_TRUE(s["keyboard"]["layouts"].is_array());
+  EXPECT_FALSE(s.contains("/userOptions/PXEBootEnabled"_json_pointer));
+  // The version record's fields must fit their places in the 312-byte record.
+  EXPECT_LT(s["version"]["product"].get<std::string>().size(), 32u);
+  EXPECT_LT(s["version"]["version"].get<std::string>().size(), 64u);
+  EXPECT_LT(s["version"]["kernelVersion"].get<std::string>().size(), 32u);
+  EXPECT_LT(s["version"]["build"].get<std::string>().size(), 312u - 128u);
+}
+
+Json WithFaults(Json tools) {
+  Json s = Konu::Sim::DefaultHostState();
+  s["faults"]["tools"] = std::move(tools);
+  return s;
+}
+
+TEST(HostSimFaults, WordsMatchInOrderAndTheMostSpecificEntryWins) {
+  Json s = WithFaults({{"qal-cmd", {{"exitCode", 1}}},
+                       {"qal-cmd qalsvc/auth/lockdown_mode_enter", {{"exitCode", 2}}},
+                       {"SSH status", {{"exitCode", 3}}}});
+  using V = std::vector<std::string>;
+  EXPECT_EQ(Konu::Sim::MatchingFaultKey(s, V{"qal-cmd", "-U", "root", "qalsvc/auth/lockdown_mode_enter"}),
+            "qal-cmd qalsvc/auth/lockdown_mode_enter");
+  EXPECT_EQ(Konu::Sim::MatchingFaultKey(s, V{"qal-cmd", "-U", "root", "hostsvc/start_ssh"}), "qal-cmd");
+  EXPECT_EQ(Konu::Sim::MatchingFaultKey(s, V{"SSH", "status"}), "SSH status");
+  EXPECT_FALSE(Konu::Sim::MatchingFaultKey(s, V{"SSH", "start"}));
+  EXPECT_FALSE(Konu::Sim::MatchingFaultKey(s, V{"status", "SSH"}));
+  EXPECT_FALSE(Konu::Sim::MatchingFaultKey(s, V{"OrinShell", "status"}));
+}
+
+TEST(HostSimFaults, CountedFaultIsUsedUpThenGone) {
+  Json s = WithFaults({{"backup.sh", {{"exitCode", 4}, {"stderr", "disk full\n"}, {"times", 2}}}});
+  std::vector<std::string> argv{"backup.sh"};
+  auto first = Konu::Sim::TakeToolFault(s, argv);
+  ASSERT_TRUE(first);
+  EXPECT_EQ(first->exitCode, 4);
+  EXPECT_EQ(first->err, "disk full\n");
+  EXPECT_EQ(s["faults"]["tools"]["backup.sh"]["times"], 1);
+  EXPECT_TRUE(Konu::Sim::TakeToolFault(s, argv));
+  EXPECT_FALSE(Konu::Sim::TakeToolFault(s, argv));
+  EXPECT_TRUE(s["faults"]["tools"].empty());
+}
+
+TEST(HostSimFaults, OperationFaultGivesItsMessage) {
+  Json s = Konu::Sim::DefaultHostState();
+  EXPECT_FALSE(Konu::Sim::OperationFault(s, "NetworkInfo.SetNukIpv6Enabled"));
+  s["faults"]["operations"]["NetworkInfo.SetNukIpv6Enabled"] = "Unable to set IPv6 state";
+  EXPECT_EQ(Konu::Sim::OperationFault(s, "NetworkInfo.SetNukIpv6Enabled"), "Unable to set IPv6 state");
+  EXPECT_FALSE(Konu::Sim::OperationFault(s, "NetworkInfo.IsNukIpv6Enabled"));
+}
+
+}  // namespace
