@@ -3,6 +3,7 @@
 // Files read under the root: /sys/class/dmi/id/{sys_vendor, product_name}, /proc/cpuinfo,
 // /proc/meminfo, /etc/vconsole.conf, /etc/default/keyboard, /usr/share/keymaps/,
 // /usr/share/kbd/keymaps/, /etc/os-release, /proc/sys/kernel/{osrelease, version}.
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <syslog.h>
@@ -99,9 +100,16 @@ std::vector<uint8_t> LinuxSysinfoUtil::SysinfoGet(const std::string& node, size_
 int LinuxShellExec::NukCtl_Exec(const std::string& commandLine, bool, bool, bool) {
   const char* argv[] = {"sh", "-c", commandLine.c_str(), nullptr};
   const char* envp[] = {"PYTHONHOME=/", "PATH=/bin:/sbin:/usr/bin:/usr/sbin", nullptr};
+  // The console owns the terminal: the command's output must not reach the screen.
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
   pid_t pid = 0;
-  int error = posix_spawn(&pid, "/bin/sh", nullptr, nullptr, const_cast<char* const*>(argv),
+  int error = posix_spawn(&pid, "/bin/sh", &actions, nullptr, const_cast<char* const*>(argv),
                           const_cast<char* const*>(envp));
+  posix_spawn_file_actions_destroy(&actions);
   if (error != 0) throw Lib::HostCtlException("Cannot run '" + commandLine + "': " + std::strerror(error));
   int status = 0;
   while (waitpid(pid, &status, 0) < 0)

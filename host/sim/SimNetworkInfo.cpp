@@ -61,10 +61,12 @@ void SimNetworkInfo::UpdateManagementInterface() {
   std::string name = ValueAt<std::string>(state, "/network/managementInterface", "");
   bool exists = !name.empty() && NodeAt(state, "/network/nukNics").contains(name);
   managementInterface_ = exists ? name : "";
+  updated_ = true;
 }
 
 std::unique_ptr<Network::NukNic> SimNetworkInfo::GetManagementInterface() {
   state_.CheckFault("NetworkInfo.GetManagementInterface");
+  if (!updated_) UpdateManagementInterface();
   if (managementInterface_.empty()) return nullptr;
   return std::make_unique<SimNukNic>(state_.Root(), managementInterface_);
 }

@@ -24,6 +24,7 @@ class SimNetworkInfo : public Network::NetworkInfo {
  private:
   SimState state_;
   std::string managementInterface_;
+  bool updated_ = false;  // GetManagementInterface looks the interface up first when not yet done
 };
 
 class SimVirtualSwitchInfo : public Network::VirtualSwitchInfo {
@@ -174,7 +175,7 @@ class SimAuditLog : public AuditLog {
   SimState state_;
 };
 
-// Exposed for the tests: the command line with absolute paths moved under the root.
+// Exposed for the tests: the command line with its programs and files moved under the root.
 std::string RootedCommandLine(const std::string& root, const std::string& commandLine);
 
 }  // namespace HostCtl::Sim

@@ -481,13 +481,18 @@ TEST_F(SimHostTest, ShellExecRunsTheRootsToolsOnly) {
   EXPECT_EQ(Thrown([&] { exec->NukCtl_Exec("exit 0", false, true, false); }), "exec refused");
 }
 
-TEST(SimShellCommandLine, AbsolutePathsMoveUnderTheRoot) {
+TEST(SimShellCommandLine, ProgramsScriptsAndRedirectionsMoveUnderTheRoot) {
   EXPECT_EQ(Sim::RootedCommandLine("/r", "/bin/sh /sbin/services.sh stop"),
             "/r/bin/sh /r/sbin/services.sh stop");
+  EXPECT_EQ(Sim::RootedCommandLine("/r", "/bin/sh -e /sbin/services.sh start"),
+            "/r/bin/sh -e /r/sbin/services.sh start");
+  // Arguments stay host paths: the tools read them under their own root.
   EXPECT_EQ(Sim::RootedCommandLine("/r", "/sbin/nukbacktrace -w -n mgmtd -o mgmtd-restart% -d /var/log/"),
-            "/r/sbin/nukbacktrace -w -n mgmtd -o mgmtd-restart% -d /r/var/log/");
-  EXPECT_EQ(Sim::RootedCommandLine("/r", "tool > /dev/null 2>/dev/null >/dev/console"),
-            "tool > /dev/null 2>/dev/null >/r/dev/console");
+            "/r/sbin/nukbacktrace -w -n mgmtd -o mgmtd-restart% -d /var/log/");
+  EXPECT_EQ(Sim::RootedCommandLine("/r", "/sbin/firmwareConfig.py --reset-only > /dev/null 2>&1"),
+            "/r/sbin/firmwareConfig.py --reset-only > /dev/null 2>&1");
+  EXPECT_EQ(Sim::RootedCommandLine("/r", "tool >/dev/console 2> /var/log/x.err; /bin/true && poweroff"),
+            "tool >/r/dev/console 2> /r/var/log/x.err; /r/bin/true && poweroff");
   EXPECT_EQ(Sim::RootedCommandLine("/r", "poweroff"), "poweroff");
 }
 
