@@ -17,7 +17,8 @@ class AuditLog {
   // record "login.connect", the user, the origin (remote address, "" at the console),
   // success 1 or 0, then key/value pairs such as {"reason", "Invalid Login"}.
   virtual void CblAudit_VLog(const std::string& record, const std::string& user, const std::string& origin,
-                             int success, const std::vector<std::pair<std::string, std::string>>& attributes) = 0;
+                             int success,
+                             const std::vector<std::pair<std::string, std::string>>& attributes) = 0;
 };
 
 }  // namespace HostCtl

@@ -40,7 +40,8 @@ bool Ipv4Address::IsValidNetmask(const std::string& text) {
 }
 
 Ipv4Address Ipv4Address::FromPrefixLength(unsigned prefixLength) {
-  if (prefixLength > 32) throw Lib::HostCtlException("Invalid IPv4 prefix length " + std::to_string(prefixLength));
+  if (prefixLength > 32)
+    throw Lib::HostCtlException("Invalid IPv4 prefix length " + std::to_string(prefixLength));
   uint32_t hostOrder = prefixLength == 0 ? 0 : ~uint32_t{0} << (32 - prefixLength);
   Ipv4Address mask;
   mask.SetBinaryAddress(htonl(hostOrder));

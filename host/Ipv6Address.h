@@ -1,4 +1,4 @@
-// An IPv6 address with an optional zone ("fe80::1%vmk0"): standard text forms and binary form.
+// An IPv6 address with an optional zone ("fe80::1%nuk0"): standard text forms and binary form.
 #pragma once
 
 #include <array>
@@ -33,7 +33,7 @@ class Ipv6Address {
 
   // The first 16 bits, as the screens compare them (0xfe80 for link-local).
   uint16_t GetFirstHextet() const { return static_cast<uint16_t>(bytes_[0] << 8 | bytes_[1]); }
-  bool IsLinkLocal() const;   // fe80::/10
+  bool IsLinkLocal() const;    // fe80::/10
   bool IsUnspecified() const;  // "::"
 
   friend bool operator==(const Ipv6Address&, const Ipv6Address&) = default;

@@ -57,17 +57,22 @@ Ipv6Scope Ipv6Network::ScopeOf(const Ipv6Address& address) {
   if (loopback || address.IsUnspecified()) return Ipv6Scope::kNode;
   if (b[0] == 0xff) {
     switch (b[1] & 0x0f) {
-      case 1: return Ipv6Scope::kNode;
-      case 2: return Ipv6Scope::kLink;
-      case 5: return Ipv6Scope::kSite;
-      default: return Ipv6Scope::kGlobal;
+      case 1:
+        return Ipv6Scope::kNode;
+      case 2:
+        return Ipv6Scope::kLink;
+      case 5:
+        return Ipv6Scope::kSite;
+      default:
+        return Ipv6Scope::kGlobal;
     }
   }
   return Ipv6Scope::kGlobal;
 }
 
 void Ipv6Network::SetPrefixLength(unsigned prefixLength) {
-  if (prefixLength > 128) throw Lib::HostCtlException("Invalid IPv6 prefix length " + std::to_string(prefixLength));
+  if (prefixLength > 128)
+    throw Lib::HostCtlException("Invalid IPv6 prefix length " + std::to_string(prefixLength));
   prefixLength_ = prefixLength;
 }
 

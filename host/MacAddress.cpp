@@ -48,8 +48,8 @@ bool MacAddress::SetAddress(const std::string& text) { return Parse(text, &bytes
 
 std::string MacAddress::GetStringAddress() const {
   char buffer[18];
-  std::snprintf(buffer, sizeof buffer, "%02x:%02x:%02x:%02x:%02x:%02x", bytes_[0], bytes_[1], bytes_[2], bytes_[3],
-                bytes_[4], bytes_[5]);
+  std::snprintf(buffer, sizeof buffer, "%02x:%02x:%02x:%02x:%02x:%02x", bytes_[0], bytes_[1], bytes_[2],
+                bytes_[3], bytes_[4], bytes_[5]);
   return buffer;
 }
 

@@ -21,7 +21,8 @@ class NetworkInfo {
   virtual void UpdateManagementInterface() = 0;
   // The name found by the last UpdateManagementInterface ("" when none).
   virtual std::string GetManagementInterfaceName() const = 0;
-  // The management interface object, or null when there is none.
+  // The management interface object, or null when there is none (looked up first when
+  // UpdateManagementInterface was not called yet).
   virtual std::unique_ptr<NukNic> GetManagementInterface() = 0;
 
   // True when the kernel runs with IPv6 now.

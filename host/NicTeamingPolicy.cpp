@@ -12,7 +12,8 @@ bool Contains(const std::vector<std::string>& list, const std::string& name) {
 
 }  // namespace
 
-void NicTeamingPolicy::SetUplinkOrder(const std::vector<std::string>& active, const std::vector<std::string>& standby) {
+void NicTeamingPolicy::SetUplinkOrder(const std::vector<std::string>& active,
+                                      const std::vector<std::string>& standby) {
   std::vector<std::string> newActive, newStandby;
   for (const auto& nic : active)
     if (!Contains(newActive, nic)) newActive.push_back(nic);

@@ -33,7 +33,7 @@ class NukNic {
   NukNic(const NukNic&) = delete;
   NukNic& operator=(const NukNic&) = delete;
 
-  // The interface's name ("vmk0").
+  // The interface's name ("nuk0").
   virtual std::string GetName() const = 0;
   // True when the object's facts may be out of date; Refresh() brings them back.
   virtual bool IsStale() const = 0;

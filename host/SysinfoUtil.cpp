@@ -15,9 +15,12 @@ struct Field {
 };
 
 constexpr Field kFields[] = {
-    {&SystemVersionRecord::productName, SystemVersionRecord::kProductOffset, SystemVersionRecord::kProductSize},
-    {&SystemVersionRecord::productVersion, SystemVersionRecord::kVersionOffset, SystemVersionRecord::kVersionSize},
-    {&SystemVersionRecord::kernelVersion, SystemVersionRecord::kKernelOffset, SystemVersionRecord::kKernelSize},
+    {&SystemVersionRecord::productName, SystemVersionRecord::kProductOffset,
+     SystemVersionRecord::kProductSize},
+    {&SystemVersionRecord::productVersion, SystemVersionRecord::kVersionOffset,
+     SystemVersionRecord::kVersionSize},
+    {&SystemVersionRecord::kernelVersion, SystemVersionRecord::kKernelOffset,
+     SystemVersionRecord::kKernelSize},
     {&SystemVersionRecord::buildNumber, SystemVersionRecord::kBuildOffset, SystemVersionRecord::kBuildSize},
 };
 

@@ -118,8 +118,8 @@ int RunControl(const std::string& root, const std::vector<std::string>& args) {
     if (command == "unset" && rest.size() == 1) return Unset(file, rest[0]);
     if (command == "card") return Card(file, rest);
     if (command == "journal") return PrintJournal(root, rest);
-    std::cerr << "konu-hostsim: unknown or incomplete command" << (command.empty() ? "" : " \"" + command + "\"")
-              << "; see konu-hostsim --help\n";
+    std::cerr << "konu-hostsim: unknown or incomplete command"
+              << (command.empty() ? "" : " \"" + command + "\"") << "; see konu-hostsim --help\n";
     return kControlUsage;
   } catch (const ControlError& e) {
     std::cerr << "konu-hostsim: " << e.what() << "\n";

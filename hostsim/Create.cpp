@@ -44,8 +44,19 @@ const std::vector<MachineLink>& MachineLinks() {
 }
 
 const char* const kDirectories[] = {
-    "/bin", "/sbin", "/etc/init.d", "/etc/pam.d", "/etc/konu-sim", "/etc/corbel/ssl", "/etc/ssh",
-    "/var/log", "/var/run/corbel", "/var/core", "/usr/lib/konu-sim", "/usr/lib/corbel/openssh/bin", "/tmp",
+    "/bin",
+    "/sbin",
+    "/etc/init.d",
+    "/etc/pam.d",
+    "/etc/konu-sim",
+    "/etc/corbel/ssl",
+    "/etc/ssh",
+    "/var/log",
+    "/var/run/corbel",
+    "/var/core",
+    "/usr/lib/konu-sim",
+    "/usr/lib/corbel/openssh/bin",
+    "/tmp",
 };
 
 std::string Errno() { return std::strerror(errno); }
@@ -113,7 +124,7 @@ void CopyFile(const std::string& from, const std::string& to, int mode) {
 std::string DirectoryOf(const std::string& path) { return path.substr(0, path.rfind('/')); }
 
 void WriteTools(const std::string& root, const std::string& exe) {
-  for (const ToolSpec& tool : ToolTable()) {
+  for (const ToolEntry& tool : ToolTable()) {
     // Two lines: the tool knows its root and its name without any environment.
     std::string script = "#!/bin/sh\nexec " + ShellQuote(exe) + " --tool " + ShellQuote(root) + " " +
                          ShellQuote(tool.name) + " \"$@\"\n";
@@ -127,8 +138,8 @@ void WriteTools(const std::string& root, const std::string& exe) {
         break;
       }
     if (!target) {
-      std::cerr << "konu-hostsim: warning: no " << link.targets.front() << " on this machine; " << link.hostPath
-                << " left out\n";
+      std::cerr << "konu-hostsim: warning: no " << link.targets.front() << " on this machine; "
+                << link.hostPath << " left out\n";
       continue;
     }
     if (symlink(target, (root + link.hostPath).c_str()) != 0)
@@ -142,10 +153,12 @@ void WriteOpenssl(const std::string& root) {
   const char* machine = access("/usr/bin/openssl", X_OK) == 0 ? "/usr/bin/openssl" : "/bin/openssl";
   WriteTextFile(root + "/bin/openssl",
                 "#!/bin/sh\n"
-                "out=$(" + ShellQuote(machine) + " \"$@\"); rc=$?\n"
-                "case $out in \"sha1 Fingerprint=\"*) out=\"SHA1${out#sha1}\" ;; esac\n"
-                "[ -z \"$out\" ] || printf '%s\\n' \"$out\"\n"
-                "exit $rc\n",
+                "out=$(" +
+                    ShellQuote(machine) +
+                    " \"$@\"); rc=$?\n"
+                    "case $out in \"sha1 Fingerprint=\"*) out=\"SHA1${out#sha1}\" ;; esac\n"
+                    "[ -z \"$out\" ] || printf '%s\\n' \"$out\"\n"
+                    "exit $rc\n",
                 0755);
 }
 
@@ -169,12 +182,14 @@ void WriteKeys(const std::string& root, const nlohmann::json& state) {
     const char* bits;
     bool required;
   };
-  for (const KeyType& key : {KeyType{"rsa", "2048", true}, KeyType{"dsa", "1024", false},
-                             KeyType{"ed25519", "", false}}) {
+  for (const KeyType& key :
+       {KeyType{"rsa", "2048", true}, KeyType{"dsa", "1024", false}, KeyType{"ed25519", "", false}}) {
     std::string path = root + "/etc/ssh/ssh_host_" + key.type + "_key";
-    std::vector<std::string> argv = {"ssh-keygen", "-q", "-t", key.type, "-N", "", "-C", "root@" + fqdn, "-f", path};
+    std::vector<std::string> argv = {"ssh-keygen", "-q", "-t",           key.type, "-N",
+                                     "",           "-C", "root@" + fqdn, "-f",     path};
     if (*key.bits) argv.insert(argv.begin() + 4, {"-b", key.bits});
-    if (RunQuiet(argv) != 0 && key.required) throw std::runtime_error(path + ": ssh-keygen could not make the key");
+    if (RunQuiet(argv) != 0 && key.required)
+      throw std::runtime_error(path + ": ssh-keygen could not make the key");
   }
 }
 
@@ -194,6 +209,9 @@ std::string AbsoluteRoot(const std::string& root) {
 void CreateHost(const CreateOptions& options) {
   std::string root = AbsoluteRoot(options.root);
   if (root.empty() || root == "/") throw std::runtime_error("refusing to make a simulated host in \"/\"");
+  // The PAM service file separates module arguments by blanks and cannot quote them.
+  if (root.find_first_of(" \t\n[]") != std::string::npos)
+    throw std::runtime_error(root + ": a host root must not hold blanks or brackets");
   struct stat info;
   if (stat(root.c_str(), &info) == 0 && !(S_ISDIR(info.st_mode) && IsEmptyDirectory(root)))
     throw std::runtime_error(root + ": exists and is not an empty directory");
@@ -214,7 +232,8 @@ void CreateHost(const CreateOptions& options) {
   }
   WriteTextFile(root + "/var/run/corbel/show-konu-login", "");
   std::string fqdn = state["host"].value("hostname", "") + "." + state["host"].value("domain", "");
-  std::string address = state.value("/network/nukNics/nuk0/ipv4/address"_json_pointer, std::string("127.0.1.1"));
+  std::string address =
+      state.value("/network/nukNics/nuk0/ipv4/address"_json_pointer, std::string("127.0.1.1"));
   WriteTextFile(root + "/etc/hosts", "127.0.0.1\tlocalhost\n::1\tlocalhost\n" + address + "\t" + fqdn + "\t" +
                                          state["host"].value("hostname", "") + "\n");
   WriteKeys(root, state);

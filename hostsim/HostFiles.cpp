@@ -52,14 +52,14 @@ std::vector<LogFile> FreshLogFiles(const nlohmann::json& state) {
         sys(188, 29, "mgmtd[2210]", "Management agent started"),
         sys(120, 86, "sshd[3011]", "pam_unix(sshd:session): session closed for user root"),
         sys(42, 30, "crond[1404]", "USER root pid 4100 cmd /sbin/backup.sh"),
-        sys(5, 28, "smartd[1550]", "Device: /dev/disks/naa.5000c500a1b2c3d4, SMART Usage Attribute: 194 "
-                                   "Temperature_Celsius changed from 31 to 32")}},
+        sys(5, 28, "smartd[1550]",
+            "Device: /dev/disks/naa.5000c500a1b2c3d4, SMART Usage Attribute: 194 "
+            "Temperature_Celsius changed from 31 to 32")}},
       {"/var/log/nukernel.log",
        {iso(191, "cpu0:1)Boot: NuKernel 8.0.2 build-21203435 starting"),
         iso(191, "cpu0:1)Memory: 131072 MB of memory detected"),
         iso(190, "cpu2:1043)nic0: link up, 10000 Mbps, full duplex"),
-        iso(190, "cpu2:1043)nic1: link up, 10000 Mbps, full duplex"),
-        iso(190, "cpu3:1044)nic3: link down"),
+        iso(190, "cpu2:1043)nic1: link up, 10000 Mbps, full duplex"), iso(190, "cpu3:1044)nic3: link down"),
         iso(189, "cpu1:1101)Net: " + nic + " configured with address " + address)}},
       {"/var/log/sysboot.log",
        {iso(191, "sysboot: Loading modules"), iso(191, "sysboot: Loading host configuration from backup"),
@@ -69,8 +69,9 @@ std::vector<LogFile> FreshLogFiles(const nlohmann::json& state) {
         iso(188, "info mgmtd[2210] Inventory loaded: 2 virtual machines"),
         iso(30, "verbose mgmtd[2231] Session opened for user root from 10.0.0.20")}},
       {"/var/log/tmga.log",
-       {iso(187, "info tmga[2305] Pallas agent starting"), iso(187, "info tmga[2305] Not connected to a "
-                                                                   "central management server")}},
+       {iso(187, "info tmga[2305] Pallas agent starting"), iso(187,
+                                                               "info tmga[2305] Not connected to a "
+                                                               "central management server")}},
       {"/var/log/zebd.log",
        {iso(186, "info zebd[2400] Observation service started"),
         iso(186, "info zebd[2400] Event zeb.host.boot posted: Host booted")}},
@@ -80,17 +81,30 @@ std::vector<LogFile> FreshLogFiles(const nlohmann::json& state) {
 }
 
 std::string PamServiceFile(const std::string& root, const std::string& modulePath) {
-  std::string passdb = "passdb=" + root + "/etc/konu-sim/passdb";
   std::string ours = modulePath + " root=" + root;
-  std::string matrix = std::string(kPamMatrixPath) + " " + passdb;
-  return "# PAM service konu of this simulated host (opened with pam_start_confdir).\n"
-         "# The password file is written from the host state before each authentication.\n"
-         "auth     requisite " + ours + "\n"
-         "auth     required  " + matrix + "\n"
-         "account  required  " + matrix + "\n"
-         "account  required  " + ours + "\n"
-         "password required  " + ours + "\n"
-         "session  required  " + matrix + "\n";
+  std::string matrix = std::string(kPamMatrixPath) + " passdb=" + root + "/etc/konu-sim/passdb";
+  struct Line {
+    const char* type;
+    const char* control;
+    const std::string& module;
+  };
+  const Line lines[] = {
+      {"auth", "requisite", ours},      // writes the password file from the state
+      {"auth", "required", matrix},     // checks the password
+      {"account", "required", matrix},  // checks the service name
+      {"account", "required", ours},    // denied users, expired passwords
+      {"password", "required", ours},   // password change into the state
+      {"session", "required", matrix},
+  };
+  std::string text =
+      "# PAM service konu of this simulated host (opened with pam_start_confdir).\n"
+      "# The password file is written from the host state before each authentication.\n";
+  for (const Line& line : lines) {
+    std::string type = line.type, control = line.control;
+    text += type + std::string(9 - type.size(), ' ') + control + std::string(10 - control.size(), ' ') +
+            line.module + "\n";
+  }
+  return text;
 }
 
 void WriteTextFile(const std::string& path, const std::string& text, int mode) {

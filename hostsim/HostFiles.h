@@ -1,10 +1,9 @@
 // Files of a simulated host that create writes: logs, PAM stack, password file, certificates.
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
-
-#include <nlohmann/json.hpp>
 
 namespace Konu::Sim {
 

@@ -6,10 +6,9 @@
 // "user" is the user the tool acted as (qal-cmd: its -U user; others: the process's user).
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
-
-#include <nlohmann/json.hpp>
 
 namespace Konu::Sim {
 

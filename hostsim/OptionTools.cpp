@@ -124,7 +124,8 @@ int OptionCli(ToolRun& run) {
             " system settings advanced {list|set} -o OPTION [-i INT | -s TEXT | -d]\n");
     return 1;
   };
-  if (args.size() < 4 || args[0] != "system" || args[1] != "settings" || args[2] != "advanced") return usage();
+  if (args.size() < 4 || args[0] != "system" || args[1] != "settings" || args[2] != "advanced")
+    return usage();
   const std::string& verb = args[3];
   std::string option, value;
   bool integer = false, text = false, reset = false;
@@ -153,8 +154,8 @@ int OptionCli(ToolRun& run) {
       return 1;
     }
     const Json& entry = state.at(pointer);
-    run.Out("   Path: " + option + "\n   Type: " + entry.value("type", "integer") + "\n   Value: " +
-            ValueText(entry) + "\n   Description: " + entry.value("description", "") + "\n");
+    run.Out("   Path: " + option + "\n   Type: " + entry.value("type", "integer") +
+            "\n   Value: " + ValueText(entry) + "\n   Description: " + entry.value("description", "") + "\n");
     return 0;
   }
   if (verb != "set" || integer + text + reset != 1) return usage();

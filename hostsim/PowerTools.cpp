@@ -17,7 +17,8 @@ int GoDown(ToolRun& run, const std::string& state, bool forced) {
     s["power"]["history"].push_back({{"action", run.Name()}, {"forced", forced}});
   });
   std::string why;
-  if (!SignalConsole(run.Root(), SIGTERM, &why)) run.Err(run.Name() + ": console not signalled: " + why + "\n");
+  if (!SignalConsole(run.Root(), SIGTERM, &why))
+    run.Err(run.Name() + ": console not signalled: " + why + "\n");
   return 0;
 }
 

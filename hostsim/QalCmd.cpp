@@ -18,7 +18,8 @@ struct QalCommand {
 std::string Bool(bool value) { return value ? "true\n" : "false\n"; }
 
 QalCommand SetFlag(const char* name, const char* pointer, bool value) {
-  return {name, [pointer, value](ToolRun&, Json& s) {
+  return {name,
+          [pointer, value](ToolRun&, Json& s) {
             s[Json::json_pointer(pointer)] = value;
             return 0;
           },

@@ -29,7 +29,10 @@ int InitScript(ToolRun& run) {
   if (action == "start" || action == "stop" || action == "restart") {
     bool on = action != "stop";
     run.State().Update([&](Json& s) { s[running] = on; });
-    run.Out((action == "stop" ? "Stopping " : action == "start" ? "Starting " : "Restarting ") + service + "\n");
+    run.Out((action == "stop"    ? "Stopping "
+             : action == "start" ? "Starting "
+                                 : "Restarting ") +
+            service + "\n");
     return 0;
   }
   run.Err("Usage: /etc/init.d/" + service + " {start|stop|restart|status}\n");

@@ -58,7 +58,10 @@ int NukBacktrace(ToolRun& run) {
     run.Err("nukbacktrace: cannot write " + hostPath + "\n");
     return 1;
   }
-  std::string core = "\x7f" "ELF live core of " + process + " pid " + pid + "\n";
+  std::string core =
+      "\x7f"
+      "ELF live core of " +
+      process + " pid " + pid + "\n";
   bool written = write(fd, core.data(), core.size()) == static_cast<ssize_t>(core.size());
   close(fd);
   if (!written) {

@@ -30,7 +30,11 @@ void WriteFd(int fd, const std::string& text) {
 }  // namespace
 
 ToolRun::ToolRun(std::string root, std::string name, std::vector<std::string> args)
-    : root_(std::move(root)), name_(std::move(name)), args_(std::move(args)), state_(root_), user_(ProcessUser()) {}
+    : root_(std::move(root)),
+      name_(std::move(name)),
+      args_(std::move(args)),
+      state_(root_),
+      user_(ProcessUser()) {}
 
 std::vector<std::string> ToolRun::Argv() const {
   std::vector<std::string> argv{name_};

@@ -1,10 +1,9 @@
 // One run of a simulated host tool: its root, name, arguments, state, output and journal line.
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
-
-#include <nlohmann/json.hpp>
 
 #include "host/sim/StateFile.h"
 

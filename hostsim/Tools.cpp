@@ -3,8 +3,8 @@
 
 namespace Konu::Sim {
 
-const std::vector<ToolSpec>& ToolTable() {
-  static const std::vector<ToolSpec> kTools = {
+const std::vector<ToolEntry>& ToolTable() {
+  static const std::vector<ToolEntry> kTools = {
       {"qal-cmd", "/bin/qal-cmd", QalCmd, "management service commands and queries (-U USER COMMAND)"},
       {"OrinShell", "/etc/init.d/OrinShell", InitScript, "host shell service {start|stop|restart|status}"},
       {"SSH", "/etc/init.d/SSH", InitScript, "SSH service {start|stop|restart|status}"},
@@ -13,7 +13,8 @@ const std::vector<ToolSpec>& ToolTable() {
       {"localcli", "/sbin/localcli", OptionCli, "the same as orincli, without the management service"},
       {"powerOffVms", "/bin/powerOffVms", PowerOffVms, "power off running virtual machines [--terminate]"},
       {"services.sh", "/sbin/services.sh", ServicesSh, "management agents {start|stop|restart}"},
-      {"nukbacktrace", "/sbin/nukbacktrace", NukBacktrace, "live core of a process (-n NAME -o PATTERN -d DIR)"},
+      {"nukbacktrace", "/sbin/nukbacktrace", NukBacktrace,
+       "live core of a process (-n NAME -o PATTERN -d DIR)"},
       {"firmwareConfig.py", "/sbin/firmwareConfig.py", FirmwareConfig, "--reset-only: factory reset"},
       {"backup.sh", "/sbin/backup.sh", BackupSh, "save the host configuration"},
       {"nukping", "/bin/nukping", NukPing, "ping (-c COUNT [-I INTERFACE] ADDRESS)"},
@@ -23,8 +24,8 @@ const std::vector<ToolSpec>& ToolTable() {
   return kTools;
 }
 
-const ToolSpec* FindTool(const std::string& name) {
-  for (const ToolSpec& tool : ToolTable())
+const ToolEntry* FindTool(const std::string& name) {
+  for (const ToolEntry& tool : ToolTable())
     if (name == tool.name) return &tool;
   return nullptr;
 }

@@ -49,13 +49,14 @@ std::string SelfExe() {
 }
 
 int Usage(const std::string& why) {
-  std::cerr << "konu-hostsim: " << why << "\n" << "Try 'konu-hostsim --help'.\n";
+  std::cerr << "konu-hostsim: " << why << "\n"
+            << "Try 'konu-hostsim --help'.\n";
   return Konu::Sim::kControlUsage;
 }
 
 int RunTool(int argc, char** argv) {
   if (argc < 4) return Usage("--tool needs a root and a tool name");
-  const Konu::Sim::ToolSpec* tool = Konu::Sim::FindTool(argv[3]);
+  const Konu::Sim::ToolEntry* tool = Konu::Sim::FindTool(argv[3]);
   if (!tool) {
     std::cerr << "konu-hostsim: no tool named \"" << argv[3] << "\"\n";
     return 127;

@@ -31,7 +31,7 @@ std::string LinuxFiles::ReadLine(const std::string& absolute) const {
 }
 
 bool LinuxFiles::Exists(const std::string& absolute) const {
-  struct stat st{};
+  struct stat st {};
   return stat(Path(absolute).c_str(), &st) == 0;
 }
 
@@ -62,7 +62,9 @@ std::vector<InterfaceIpv4> LinuxFiles::Ipv4Addresses() const {
   return AssignIpv4Addresses(ParseFibTrieLocalAddresses(Read("/proc/net/fib_trie")), Ipv4Routes());
 }
 
-std::vector<InterfaceIpv6> LinuxFiles::Ipv6Addresses() const { return ParseIfInet6(Read("/proc/net/if_inet6")); }
+std::vector<InterfaceIpv6> LinuxFiles::Ipv6Addresses() const {
+  return ParseIfInet6(Read("/proc/net/if_inet6"));
+}
 
 std::string LinuxFiles::FullHostname() const {
   std::string name = ReadLine("/proc/sys/kernel/hostname");

@@ -46,7 +46,9 @@ std::unique_ptr<SmartCardInfo> LinuxHost::CreateSmartCardInfo() const {
   return std::make_unique<LinuxSmartCardInfo>();
 }
 
-std::unique_ptr<SystemInfo> LinuxHost::CreateSystemInfo() const { return std::make_unique<LinuxSystemInfo>(root_); }
+std::unique_ptr<SystemInfo> LinuxHost::CreateSystemInfo() const {
+  return std::make_unique<LinuxSystemInfo>(root_);
+}
 
 std::unique_ptr<Adv::AdvancedOptions> LinuxHost::CreateAdvancedOptions() const {
   return std::make_unique<LinuxAdvancedOptions>();

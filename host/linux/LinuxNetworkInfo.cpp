@@ -21,7 +21,9 @@ bool IsPhysical(const LinuxFiles& files, const std::string& interface) {
   return files.Exists(Net(interface, "device"));
 }
 
-bool IsBridge(const LinuxFiles& files, const std::string& interface) { return files.Exists(Net(interface, "bridge")); }
+bool IsBridge(const LinuxFiles& files, const std::string& interface) {
+  return files.Exists(Net(interface, "bridge"));
+}
 
 Network::Pnic PnicOf(const LinuxFiles& files, const std::string& name) {
   Network::Pnic pnic;
@@ -45,7 +47,8 @@ void LinuxNetworkInfo::UpdateManagementInterface() {
   const Ipv4Route* best = nullptr;
   auto routes = files_.Ipv4Routes();
   for (const auto& route : routes)
-    if (route.up && route.destination.IsZero() && route.netmask.IsZero() && (!best || route.metric < best->metric))
+    if (route.up && route.destination.IsZero() && route.netmask.IsZero() &&
+        (!best || route.metric < best->metric))
       best = &route;
   if (best) {
     managementInterface_ = best->interface;
@@ -90,7 +93,8 @@ Network::Pnic LinuxNetworkInfo::GetPnic(const std::string& name) const {
   return PnicOf(files_, name);
 }
 
-LinuxNukNic::LinuxNukNic(std::string root, std::string name) : files_(std::move(root)), name_(std::move(name)) {
+LinuxNukNic::LinuxNukNic(std::string root, std::string name)
+    : files_(std::move(root)), name_(std::move(name)) {
   Refresh();
 }
 
@@ -111,7 +115,8 @@ bool LinuxNukNic::UsesDhcp() const {
   for (const auto& file : files_.List("/var/lib/dhcp")) {
     if (file.size() < 7 || file.compare(file.size() - 7, 7, ".leases") != 0) continue;
     // dhclient.<if>.leases or dhclient-<uuid>-<if>.lease(s)
-    if (file.find("." + name_ + ".") != std::string::npos || file.find("-" + name_ + ".") != std::string::npos)
+    if (file.find("." + name_ + ".") != std::string::npos ||
+        file.find("-" + name_ + ".") != std::string::npos)
       return true;
   }
   return false;

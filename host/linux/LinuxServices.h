@@ -217,7 +217,8 @@ class LinuxEventLib : public EventLib {
 
 class LinuxAuditLog : public AuditLog {
  public:
-  void CblAudit_VLog(const std::string& record, const std::string& user, const std::string& origin, int success,
+  void CblAudit_VLog(const std::string& record, const std::string& user, const std::string& origin,
+                     int success,
                      const std::vector<std::pair<std::string, std::string>>& attributes) override;
 };
 

@@ -3,6 +3,7 @@
 // Files read under the root: /sys/class/dmi/id/{sys_vendor, product_name}, /proc/cpuinfo,
 // /proc/meminfo, /etc/vconsole.conf, /etc/default/keyboard, /usr/share/keymaps/,
 // /usr/share/kbd/keymaps/, /etc/os-release, /proc/sys/kernel/{osrelease, version}.
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <syslog.h>
@@ -19,18 +20,21 @@ namespace HostCtl::Linux {
 namespace {
 
 // Keymap files below a folder, by name without ".map", ".map.gz" or ".kmap(.gz)".
-void CollectKeymaps(const LinuxFiles& files, const std::string& dir, int depth, std::set<std::string>* names) {
+void CollectKeymaps(const LinuxFiles& files, const std::string& dir, int depth,
+                    std::set<std::string>* names) {
   if (depth > 4) return;
   for (const auto& entry : files.List(dir)) {
     bool isKeymap = false;
     for (std::string suffix : {".map.gz", ".map", ".kmap.gz", ".kmap"}) {
-      if (entry.size() > suffix.size() && entry.compare(entry.size() - suffix.size(), suffix.size(), suffix) == 0) {
+      if (entry.size() > suffix.size() &&
+          entry.compare(entry.size() - suffix.size(), suffix.size(), suffix) == 0) {
         names->insert(entry.substr(0, entry.size() - suffix.size()));
         isKeymap = true;
         break;
       }
     }
-    if (!isKeymap) CollectKeymaps(files, dir + "/" + entry, depth + 1, names);  // a folder lists; a file does not
+    if (!isKeymap)
+      CollectKeymaps(files, dir + "/" + entry, depth + 1, names);  // a folder lists; a file does not
   }
 }
 
@@ -96,13 +100,21 @@ std::vector<uint8_t> LinuxSysinfoUtil::SysinfoGet(const std::string& node, size_
 int LinuxShellExec::NukCtl_Exec(const std::string& commandLine, bool, bool, bool) {
   const char* argv[] = {"sh", "-c", commandLine.c_str(), nullptr};
   const char* envp[] = {"PYTHONHOME=/", "PATH=/bin:/sbin:/usr/bin:/usr/sbin", nullptr};
+  // The console owns the terminal: the command's output must not reach the screen.
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
   pid_t pid = 0;
-  int error = posix_spawn(&pid, "/bin/sh", nullptr, nullptr, const_cast<char* const*>(argv),
+  int error = posix_spawn(&pid, "/bin/sh", &actions, nullptr, const_cast<char* const*>(argv),
                           const_cast<char* const*>(envp));
+  posix_spawn_file_actions_destroy(&actions);
   if (error != 0) throw Lib::HostCtlException("Cannot run '" + commandLine + "': " + std::strerror(error));
   int status = 0;
   while (waitpid(pid, &status, 0) < 0)
-    if (errno != EINTR) throw Lib::HostCtlException("Cannot wait for '" + commandLine + "': " + std::strerror(errno));
+    if (errno != EINTR)
+      throw Lib::HostCtlException("Cannot wait for '" + commandLine + "': " + std::strerror(errno));
   if (WIFEXITED(status)) return WEXITSTATUS(status);
   if (WIFSIGNALED(status)) return 128 + WTERMSIG(status);
   return -1;
@@ -114,8 +126,9 @@ int LinuxEventLib::ZebUserLib_AddZeb(const std::string& message) {
   return 0;
 }
 
-void LinuxAuditLog::CblAudit_VLog(const std::string& record, const std::string& user, const std::string& origin,
-                                  int success, const std::vector<std::pair<std::string, std::string>>& attributes) {
+void LinuxAuditLog::CblAudit_VLog(const std::string& record, const std::string& user,
+                                  const std::string& origin, int success,
+                                  const std::vector<std::pair<std::string, std::string>>& attributes) {
   std::string line = "audit: " + record + " user=\"" + user + "\" origin=\"" + origin +
                      "\" success=" + std::to_string(success);
   for (const auto& [key, value] : attributes) line += " " + key + "=\"" + value + "\"";

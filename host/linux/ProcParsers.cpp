@@ -28,8 +28,9 @@ std::optional<uint32_t> Hex32(const std::string& text) {
   uint32_t value = 0;
   for (char c : text) {
     if (!std::isxdigit(static_cast<unsigned char>(c))) return std::nullopt;
-    value = value << 4 | static_cast<uint32_t>(std::isdigit(static_cast<unsigned char>(c)) ? c - '0'
-                                                                                           : std::tolower(c) - 'a' + 10);
+    value = value << 4 |
+            static_cast<uint32_t>(std::isdigit(static_cast<unsigned char>(c)) ? c - '0'
+                                                                              : std::tolower(c) - 'a' + 10);
   }
   return value;
 }
@@ -111,10 +112,17 @@ std::vector<InterfaceIpv6> ParseIfInet6(const std::string& text) {
     if (!address || !prefix || !scope || !flags || *prefix > 128) continue;
     Network::Ipv6Scope s = Network::Ipv6Scope::kGlobal;
     switch (*scope & 0xf0) {
-      case 0x10: s = Network::Ipv6Scope::kNode; break;
-      case 0x20: s = Network::Ipv6Scope::kLink; break;
-      case 0x40: s = Network::Ipv6Scope::kSite; break;
-      default: break;
+      case 0x10:
+        s = Network::Ipv6Scope::kNode;
+        break;
+      case 0x20:
+        s = Network::Ipv6Scope::kLink;
+        break;
+      case 0x40:
+        s = Network::Ipv6Scope::kSite;
+        break;
+      default:
+        break;
     }
     bool permanent = *flags & kPermanent;
     Network::Ipv6AddressType type = s != Network::Ipv6Scope::kGlobal ? Network::Ipv6AddressType::kOther
@@ -188,7 +196,8 @@ CpuFacts ParseCpuInfo(const std::string& text) {
   std::string physicalId, key, value;
   uint32_t cores = 0;
   auto finish = [&] {
-    if (!physicalId.empty() || cores) coresPerPackage[physicalId] = std::max(coresPerPackage[physicalId], cores);
+    if (!physicalId.empty() || cores)
+      coresPerPackage[physicalId] = std::max(coresPerPackage[physicalId], cores);
     physicalId.clear();
     cores = 0;
   };

@@ -5,7 +5,7 @@
 
 namespace Konu::Sim {
 
-// The whole JSON document of a fresh host (what `konu-hostsim create` writes).
+// The whole JSON state of a fresh host (what `konu-hostsim create` writes).
 //
 // Layout, as JSON pointers (keys that hold '/' are escaped as "~1"):
 //

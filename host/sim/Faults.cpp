@@ -27,7 +27,8 @@ bool Matches(const std::vector<std::string>& words, const std::vector<std::strin
 
 }  // namespace
 
-std::optional<std::string> MatchingFaultKey(const nlohmann::json& state, const std::vector<std::string>& argv) {
+std::optional<std::string> MatchingFaultKey(const nlohmann::json& state,
+                                            const std::vector<std::string>& argv) {
   const nlohmann::json::json_pointer tools("/faults/tools");
   if (!state.contains(tools) || !state.at(tools).is_object()) return std::nullopt;
   std::optional<std::string> best;
@@ -64,7 +65,8 @@ std::optional<ToolFault> TakeToolFault(nlohmann::json& state, const std::vector<
   return fault;
 }
 
-std::optional<std::string> OperationFault(const nlohmann::json& state, const std::string& serviceDotOperation) {
+std::optional<std::string> OperationFault(const nlohmann::json& state,
+                                          const std::string& serviceDotOperation) {
   const nlohmann::json::json_pointer operations("/faults/operations");
   if (!state.contains(operations)) return std::nullopt;
   const nlohmann::json& all = state.at(operations);

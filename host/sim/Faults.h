@@ -1,11 +1,10 @@
 // Injected faults of a simulated host: tool runs that fail or hang, operations that throw.
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <nlohmann/json.hpp>
 
 namespace Konu::Sim {
 
@@ -19,7 +18,8 @@ struct ToolFault {
 
 // The entry of /faults/tools whose words all occur in `argv` in their order, the first word
 // being argv[0]; with several, the one with the most words (then the first in key order).
-std::optional<std::string> MatchingFaultKey(const nlohmann::json& state, const std::vector<std::string>& argv);
+std::optional<std::string> MatchingFaultKey(const nlohmann::json& state,
+                                            const std::vector<std::string>& argv);
 
 // Takes the matching fault out of the state for one use: an entry with "times" counts down
 // and disappears at zero. Returns nothing when no entry matches.
@@ -27,6 +27,7 @@ std::optional<ToolFault> TakeToolFault(nlohmann::json& state, const std::vector<
 
 // The message that the host operation "<Service>.<Operation>" is made to throw
 // (/faults/operations/<Service>.<Operation>), or nothing.
-std::optional<std::string> OperationFault(const nlohmann::json& state, const std::string& serviceDotOperation);
+std::optional<std::string> OperationFault(const nlohmann::json& state,
+                                          const std::string& serviceDotOperation);
 
 }  // namespace Konu::Sim

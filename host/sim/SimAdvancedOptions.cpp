@@ -35,7 +35,8 @@ std::unique_ptr<Adv::AdvancedOption> SimAdvancedOptions::FindOption(const std::s
   }
   if (type == "string") {
     std::string value = ValueAt<std::string>(option, "/value", "");
-    return std::make_unique<Adv::AdvancedStringOption>(path, value, ValueAt<std::string>(option, "/default", value));
+    return std::make_unique<Adv::AdvancedStringOption>(path, value,
+                                                       ValueAt<std::string>(option, "/default", value));
   }
   return std::make_unique<Adv::AdvancedOption>(path);
 }
@@ -45,7 +46,8 @@ void SimAdvancedOptions::SetIntegerValue(const std::string& path, int64_t value)
     json& option = OptionIn(state, path);
     if (ValueAt<std::string>(option, "/type", "") != "integer")
       throw Lib::HostCtlException("Advanced option '" + path + "' is not an integer option");
-    int64_t min = ValueAt<int64_t>(option, "/min", INT64_MIN), max = ValueAt<int64_t>(option, "/max", INT64_MAX);
+    int64_t min = ValueAt<int64_t>(option, "/min", INT64_MIN),
+            max = ValueAt<int64_t>(option, "/max", INT64_MAX);
     if (value < min || value > max)
       throw Lib::HostCtlException("Value " + std::to_string(value) + " of advanced option '" + path +
                                   "' is outside " + std::to_string(min) + ".." + std::to_string(max));

@@ -17,8 +17,7 @@ using nlohmann::json;
 // One DNS label: letters, digits and '-', not at either end, at most 63 characters.
 bool ValidLabel(const std::string& label) {
   if (label.empty() || label.size() > 63 || label.front() == '-' || label.back() == '-') return false;
-  return std::all_of(label.begin(), label.end(),
-                     [](unsigned char c) { return std::isalnum(c) || c == '-'; });
+  return std::all_of(label.begin(), label.end(), [](unsigned char c) { return std::isalnum(c) || c == '-'; });
 }
 
 bool ValidDomain(const std::string& domain) {
@@ -65,7 +64,9 @@ std::string SimDnsConfig::GetDomain() const {
   return ValueAt<std::string>(state_.Read("DnsConfig.GetDomain"), "/host/domain", "");
 }
 
-bool SimDnsConfig::GetDhcp() const { return ValueAt<bool>(state_.Read("DnsConfig.GetDhcp"), Dns() + "/fromDhcp", false); }
+bool SimDnsConfig::GetDhcp() const {
+  return ValueAt<bool>(state_.Read("DnsConfig.GetDhcp"), Dns() + "/fromDhcp", false);
+}
 
 void SimDnsConfig::SetHostname(const std::string& hostname, bool) {
   if (!ValidLabel(hostname)) throw Lib::HostCtlException("Invalid host name '" + hostname + "'");
@@ -109,7 +110,8 @@ std::vector<Network::Ipv6Address> SimDnsConfig::GetIpv6NameServers() const {
 }
 
 void SimDnsConfig::RemoveNameServers() {
-  state_.Update("DnsConfig.RemoveNameServers", [&](json& state) { ListIn(state, Dns() + "/nameServers").clear(); });
+  state_.Update("DnsConfig.RemoveNameServers",
+                [&](json& state) { ListIn(state, Dns() + "/nameServers").clear(); });
 }
 
 void SimDnsConfig::AddServerText(const std::string& operation, const std::string& text) {

@@ -70,7 +70,8 @@ int SimEventLib::ZebUserLib_AddZeb(const std::string& message) {
 }
 
 void SimAuditLog::CblAudit_VLog(const std::string& record, const std::string& user, const std::string& origin,
-                                int success, const std::vector<std::pair<std::string, std::string>>& attributes) {
+                                int success,
+                                const std::vector<std::pair<std::string, std::string>>& attributes) {
   state_.CheckFault("AuditLog.CblAudit_VLog");
   std::string line = LinePrefix() + record + " user=" + Quoted(user) + " origin=" + Quoted(origin) +
                      " success=" + std::to_string(success);

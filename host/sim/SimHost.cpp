@@ -43,19 +43,25 @@ std::unique_ptr<Network::VirtualSwitchInfo> SimHost::CreateVirtualSwitchInfo() c
   return std::make_unique<SimVirtualSwitchInfo>(root_);
 }
 
-std::unique_ptr<HardwareInfo> SimHost::CreateHardwareInfo() const { return std::make_unique<SimHardwareInfo>(root_); }
+std::unique_ptr<HardwareInfo> SimHost::CreateHardwareInfo() const {
+  return std::make_unique<SimHardwareInfo>(root_);
+}
 
 std::unique_ptr<SmartCardInfo> SimHost::CreateSmartCardInfo() const {
   return std::make_unique<SimSmartCardInfo>(root_);
 }
 
-std::unique_ptr<SystemInfo> SimHost::CreateSystemInfo() const { return std::make_unique<SimSystemInfo>(root_); }
+std::unique_ptr<SystemInfo> SimHost::CreateSystemInfo() const {
+  return std::make_unique<SimSystemInfo>(root_);
+}
 
 std::unique_ptr<Adv::AdvancedOptions> SimHost::CreateAdvancedOptions() const {
   return std::make_unique<SimAdvancedOptions>(root_);
 }
 
-std::unique_ptr<SysinfoUtil> SimHost::CreateSysinfoUtil() const { return std::make_unique<SimSysinfoUtil>(root_); }
+std::unique_ptr<SysinfoUtil> SimHost::CreateSysinfoUtil() const {
+  return std::make_unique<SimSysinfoUtil>(root_);
+}
 
 std::unique_ptr<ShellExec> SimHost::CreateShellExec() const { return std::make_unique<SimShellExec>(root_); }
 

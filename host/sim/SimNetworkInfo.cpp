@@ -6,11 +6,11 @@
 //   /network/ipv6Enabled                     IPv6 in the running kernel
 //   /network/ipv6EnabledAfterReboot          IPv6 after the next boot (written here)
 //   /network/pnics/<nic> {label, mac, linkUp, speedMbps, duplex, driver, pci (optional)}
-#include "host/sim/SimNukNic.h"
-#include "host/sim/SimServices.h"
-
 #include <algorithm>
 #include <cctype>
+
+#include "host/sim/SimNukNic.h"
+#include "host/sim/SimServices.h"
 
 namespace HostCtl::Sim {
 namespace {
@@ -61,10 +61,12 @@ void SimNetworkInfo::UpdateManagementInterface() {
   std::string name = ValueAt<std::string>(state, "/network/managementInterface", "");
   bool exists = !name.empty() && NodeAt(state, "/network/nukNics").contains(name);
   managementInterface_ = exists ? name : "";
+  updated_ = true;
 }
 
 std::unique_ptr<Network::NukNic> SimNetworkInfo::GetManagementInterface() {
   state_.CheckFault("NetworkInfo.GetManagementInterface");
+  if (!updated_) UpdateManagementInterface();
   if (managementInterface_.empty()) return nullptr;
   return std::make_unique<SimNukNic>(state_.Root(), managementInterface_);
 }
@@ -84,7 +86,8 @@ std::vector<Network::Pnic> SimNetworkInfo::GetPnics() const {
   const json& all = NodeAt(state, "/network/pnics");
   if (all.is_object())
     for (auto it = all.begin(); it != all.end(); ++it) pnics.push_back(PnicFrom(it.key(), it.value()));
-  std::sort(pnics.begin(), pnics.end(), [](const auto& a, const auto& b) { return NaturalLess(a.name, b.name); });
+  std::sort(pnics.begin(), pnics.end(),
+            [](const auto& a, const auto& b) { return NaturalLess(a.name, b.name); });
   return pnics;
 }
 

@@ -24,22 +24,24 @@
 namespace HostCtl::Sim {
 namespace {
 
-using nlohmann::json;
 using Network::Ipv4Address;
 using Network::Ipv6Address;
 using Network::Ipv6AddressType;
 using Network::Ipv6Network;
 using Network::Ipv6Scope;
+using nlohmann::json;
 
 Ipv4Address V4(const json& node, const char* key) {
   Ipv4Address address;
-  if (node.is_object() && node.contains(key) && node[key].is_string()) address.SetAddress(node[key].get<std::string>());
+  if (node.is_object() && node.contains(key) && node[key].is_string())
+    address.SetAddress(node[key].get<std::string>());
   return address;
 }
 
 Ipv6Address V6(const json& node, const char* key) {
   Ipv6Address address;
-  if (node.is_object() && node.contains(key) && node[key].is_string()) address.SetAddress(node[key].get<std::string>());
+  if (node.is_object() && node.contains(key) && node[key].is_string())
+    address.SetAddress(node[key].get<std::string>());
   return address;
 }
 
@@ -58,9 +60,11 @@ void AddNetworks(Network::IpConfig& config, const json& list, Ipv6AddressType ty
     if (address.IsUnspecified()) continue;
     unsigned prefix = ValueAt<unsigned>(entry, "/prefixLength", 64);
     Ipv6AddressType t = type;
-    if (entry.contains("type") && entry["type"].is_string()) t = TypeFromText(entry["type"].get<std::string>());
+    if (entry.contains("type") && entry["type"].is_string())
+      t = TypeFromText(entry["type"].get<std::string>());
     if (address.IsLinkLocal()) t = Ipv6AddressType::kOther;
-    config.AddIpv6Network(Ipv6Network(address, prefix > 128 ? 128 : prefix, t, Ipv6Network::ScopeOf(address)));
+    config.AddIpv6Network(
+        Ipv6Network(address, prefix > 128 ? 128 : prefix, t, Ipv6Network::ScopeOf(address)));
   }
 }
 
@@ -93,9 +97,11 @@ json NetworksToJson(const std::vector<Ipv6Network>& networks) {
   json list = json::array();
   for (const auto& n : networks) {
     // Leased and autoconfigured addresses come from the servers, not from the configuration.
-    if (n.GetIpv6AddressType() == Ipv6AddressType::kDhcp || n.GetIpv6AddressType() == Ipv6AddressType::kAutoconf)
+    if (n.GetIpv6AddressType() == Ipv6AddressType::kDhcp ||
+        n.GetIpv6AddressType() == Ipv6AddressType::kAutoconf)
       continue;
-    list.push_back({{"address", n.GetAddress().GetScopedStringAddress()}, {"prefixLength", n.GetPrefixLength()}});
+    list.push_back(
+        {{"address", n.GetAddress().GetScopedStringAddress()}, {"prefixLength", n.GetPrefixLength()}});
   }
   return list;
 }
@@ -128,7 +134,8 @@ void AcquireIpv4Lease(json& state, const std::string& nicName) {
   Ipv4Address address = V4(lease, "address"), netmask = V4(lease, "netmask"), gateway = V4(lease, "gateway");
   nic["ipv4Lease"] = {{"address", address.GetStringAddress()}, {"netmask", netmask.GetStringAddress()}};
   if (!available) return;
-  if (!gateway.IsZero()) state["network"]["routing"]["defaultTcpipStack"]["ipv4Gateway"] = gateway.GetStringAddress();
+  if (!gateway.IsZero())
+    state["network"]["routing"]["defaultTcpipStack"]["ipv4Gateway"] = gateway.GetStringAddress();
   if (ValueAt<bool>(nic, "/dnsFromDhcp", false) && lease.contains("nameServers"))
     state["network"]["dns"]["defaultTcpipStack"]["nameServers"] = lease["nameServers"];
 }
@@ -193,7 +200,8 @@ Network::IpConfig SimNukNic::GetCurrentIpConfig() const {
     Network::MacAddress mac;
     mac.SetAddress(ValueAt<std::string>(nic, "/mac", ""));
     for (const auto& prefix : AdvertisedPrefixes(state))
-      config.AddIpv6Network(Ipv6Network(Autoconf(prefix, mac), 64, Ipv6AddressType::kAutoconf, Ipv6Scope::kGlobal));
+      config.AddIpv6Network(
+          Ipv6Network(Autoconf(prefix, mac), 64, Ipv6AddressType::kAutoconf, Ipv6Scope::kGlobal));
   }
   return config;
 }
@@ -233,7 +241,8 @@ Network::MacAddress SimNukNic::GetMacAddress() const {
 }
 
 void SimNukNic::SetMacAddress(const Network::MacAddress& mac) {
-  state_.Update("NukNic.SetMacAddress", [&](json& state) { NicIn(state, name_)["mac"] = mac.GetStringAddress(); });
+  state_.Update("NukNic.SetMacAddress",
+                [&](json& state) { NicIn(state, name_)["mac"] = mac.GetStringAddress(); });
 }
 
 void SimNukNic::SetMacAddressFromPnic(const std::string& pnicName) {

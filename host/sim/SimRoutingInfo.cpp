@@ -25,13 +25,15 @@ Network::Ipv6Address SimRoutingInfo::GetIpv6NuKernelDefaultGateway() const {
 
 void SimRoutingInfo::SetNuKernelDefaultGateway(const Network::Ipv4Address& gateway, bool) {
   state_.Update("RoutingInfo.SetNuKernelDefaultGateway", [&](json& state) {
-    state[json::json_pointer(Routing() + "/ipv4Gateway")] = gateway.IsZero() ? "" : gateway.GetStringAddress();
+    state[json::json_pointer(Routing() + "/ipv4Gateway")] =
+        gateway.IsZero() ? "" : gateway.GetStringAddress();
   });
 }
 
 void SimRoutingInfo::SetIpv6NuKernelDefaultGateway(const Network::Ipv6Address& gateway) {
   if (gateway.IsLinkLocal() && gateway.GetZone().empty())
-    throw Lib::HostCtlException("Link-local gateway " + gateway.GetStringAddress() + " needs an interface zone");
+    throw Lib::HostCtlException("Link-local gateway " + gateway.GetStringAddress() +
+                                " needs an interface zone");
   state_.Update("RoutingInfo.SetIpv6NuKernelDefaultGateway", [&](json& state) {
     state[json::json_pointer(Routing() + "/ipv6Gateway")] =
         gateway.IsUnspecified() ? "" : gateway.GetScopedStringAddress();

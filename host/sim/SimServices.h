@@ -24,6 +24,7 @@ class SimNetworkInfo : public Network::NetworkInfo {
  private:
   SimState state_;
   std::string managementInterface_;
+  bool updated_ = false;  // GetManagementInterface looks the interface up first when not yet done
 };
 
 class SimVirtualSwitchInfo : public Network::VirtualSwitchInfo {
@@ -37,7 +38,8 @@ class SimVirtualSwitchInfo : public Network::VirtualSwitchInfo {
   void RemoveUplink(const std::string& switchName, const std::string& nic) override;
   void RemoveDVSwitchUplink(const std::string& dvsName, const std::string& nic) override;
   void SetPortGroupVlanId(const std::string& portGroup, uint16_t vlanId) override;
-  void SetPortGroupTeamingPolicy(const std::string& portGroup, const Network::NicTeamingPolicy& policy) override;
+  void SetPortGroupTeamingPolicy(const std::string& portGroup,
+                                 const Network::NicTeamingPolicy& policy) override;
   void AddVirtualSwitch(const std::string& name) override;
   void AddPortGroup(const std::string& switchName, const std::string& portGroup, uint16_t vlanId) override;
 
@@ -165,14 +167,15 @@ class SimEventLib : public EventLib {
 class SimAuditLog : public AuditLog {
  public:
   explicit SimAuditLog(std::string root) : state_(std::move(root)) {}
-  void CblAudit_VLog(const std::string& record, const std::string& user, const std::string& origin, int success,
+  void CblAudit_VLog(const std::string& record, const std::string& user, const std::string& origin,
+                     int success,
                      const std::vector<std::pair<std::string, std::string>>& attributes) override;
 
  private:
   SimState state_;
 };
 
-// Exposed for the tests: the command line with absolute paths moved under the root.
+// Exposed for the tests: the command line with its programs and files moved under the root.
 std::string RootedCommandLine(const std::string& root, const std::string& commandLine);
 
 }  // namespace HostCtl::Sim

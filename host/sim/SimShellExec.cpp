@@ -2,6 +2,7 @@
 // machine's own. Every absolute path word is taken under the root ("/sbin/services.sh stop"
 // runs <root>/sbin/services.sh), the search path holds only the root's tool folders, and the
 // command runs in the root.
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -15,10 +16,30 @@
 
 namespace HostCtl::Sim {
 
-// Rewrites every blank-separated word that begins with '/' to lie under the root, except
-// "/dev/null", which stays the machine's (redirecting output there reaches nothing).
+namespace {
+
+bool IsSeparator(const std::string& word) {
+  return word == ";" || word == "&&" || word == "||" || word == "|";
+}
+
+// ">", "2>>", "<", "&>": the next word is a file.
+bool IsRedirection(const std::string& word) {
+  return !word.empty() && word.find_first_not_of("<>&012") == std::string::npos &&
+         word.find_first_of("<>") != std::string::npos;
+}
+
+std::string Rooted(const std::string& root, const std::string& path) {
+  return path == "/dev/null" ? path : root + path;  // output thrown away reaches nothing
+}
+
+}  // namespace
+
+// Moves the programs and files of a command line under the root: the first word of each
+// command, the script a shell runs ("/bin/sh /sbin/services.sh"), and redirection targets.
+// Other arguments stay host paths: the simulated tools resolve them under their own root.
 std::string RootedCommandLine(const std::string& root, const std::string& commandLine) {
   std::string out;
+  bool expectProgram = true, expectScript = false, expectFile = false;
   size_t i = 0;
   while (i < commandLine.size()) {
     if (commandLine[i] == ' ' || commandLine[i] == '\t') {
@@ -27,13 +48,33 @@ std::string RootedCommandLine(const std::string& root, const std::string& comman
     }
     size_t end = commandLine.find_first_of(" \t", i);
     std::string word = commandLine.substr(i, end == std::string::npos ? std::string::npos : end - i);
-    // A redirection glued to its path (">/dev/console") is rooted the same way.
-    size_t slash = word.find('/');
-    bool rootable = slash != std::string::npos && word.find_first_not_of("<>&012") == slash;
-    if (rootable && word.compare(slash, std::string::npos, "/dev/null") != 0)
-      word = word.substr(0, slash) + root + word.substr(slash);
-    out += word;
     i = end == std::string::npos ? commandLine.size() : end;
+    std::string tail;  // a ";" glued to the end of a word ends the command
+    while (word.size() > 1 && word.back() == ';') {
+      tail += ';';
+      word.pop_back();
+    }
+    size_t glued = word.find('/');
+    if (IsSeparator(word)) {
+      expectProgram = true;
+    } else if (IsRedirection(word)) {
+      expectFile = true;
+    } else if (glued != std::string::npos && glued > 0 && IsRedirection(word.substr(0, glued))) {
+      word = word.substr(0, glued) + Rooted(root, word.substr(glued));  // ">/dev/console"
+    } else if (expectFile) {
+      expectFile = false;
+      if (word.front() == '/') word = Rooted(root, word);
+    } else if (expectProgram) {
+      expectProgram = false;
+      std::string name = word.substr(word.rfind('/') + 1);
+      expectScript = name == "sh" || name == "bash";
+      if (word.front() == '/') word = root + word;
+    } else if (expectScript && word.front() != '-') {
+      expectScript = false;
+      if (word.front() == '/') word = root + word;
+    }
+    out += word + tail;
+    if (!tail.empty()) expectProgram = true;
   }
   return out;
 }
@@ -52,6 +93,10 @@ int SimShellExec::NukCtl_Exec(const std::string& commandLine, bool, bool, bool) 
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addchdir_np(&actions, root.c_str());
+  // The console owns the terminal: the command's output must not reach the screen.
+  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
   pid_t pid = 0;
   int error = posix_spawn(&pid, shell.c_str(), &actions, nullptr, const_cast<char* const*>(argv),
                           const_cast<char* const*>(envp));
@@ -60,7 +105,8 @@ int SimShellExec::NukCtl_Exec(const std::string& commandLine, bool, bool, bool) 
 
   int status = 0;
   while (waitpid(pid, &status, 0) < 0) {
-    if (errno != EINTR) throw Lib::HostCtlException("Cannot wait for '" + commandLine + "': " + std::strerror(errno));
+    if (errno != EINTR)
+      throw Lib::HostCtlException("Cannot wait for '" + commandLine + "': " + std::strerror(errno));
   }
   if (WIFEXITED(status)) return WEXITSTATUS(status);
   if (WIFSIGNALED(status)) return 128 + WTERMSIG(status);

@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "host/HostCtlException.h"
+#include "host/sim/Faults.h"
 
 namespace HostCtl::Sim {
 namespace {
@@ -25,27 +26,17 @@ std::string SimState::Path(const std::string& absolute) const {
   return root_ + absolute;
 }
 
-void SimState::CheckFault(const std::string& operation) const {
+void SimState::CheckFault(const std::string& operation) const { Read(operation); }
+
+nlohmann::json SimState::Read(const std::string& operation) const {
   nlohmann::json state;
   try {
     state = file_.Read();
   } catch (const Konu::Sim::StateFileError& e) {
     throw Lib::HostCtlException(e.what());
   }
-  const auto& faults = NodeAt(state, "/faults/operations");
-  if (!faults.is_object()) return;
-  auto it = faults.find(operation);
-  if (it == faults.end() || it->is_null()) return;
-  throw Lib::HostCtlException(it->is_string() ? it->get<std::string>() : it->dump());
-}
-
-nlohmann::json SimState::Read(const std::string& operation) const {
-  CheckFault(operation);
-  try {
-    return file_.Read();
-  } catch (const Konu::Sim::StateFileError& e) {
-    throw Lib::HostCtlException(e.what());
-  }
+  if (auto message = Konu::Sim::OperationFault(state, operation)) throw Lib::HostCtlException(*message);
+  return state;
 }
 
 void SimState::Update(const std::string& operation, const std::function<void(nlohmann::json&)>& change) {

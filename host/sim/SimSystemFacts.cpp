@@ -57,8 +57,8 @@ std::vector<uint8_t> SimSysinfoUtil::SysinfoGet(const std::string& node, size_t 
     record = version.Encode();
   } else if (node == BootOptionRecord::kNode) {
     uint32_t value = static_cast<uint32_t>(ValueAt<int64_t>(state, "/bootOption", 0));
-    record = {static_cast<uint8_t>(value), static_cast<uint8_t>(value >> 8), static_cast<uint8_t>(value >> 16),
-              static_cast<uint8_t>(value >> 24)};
+    record = {static_cast<uint8_t>(value), static_cast<uint8_t>(value >> 8),
+              static_cast<uint8_t>(value >> 16), static_cast<uint8_t>(value >> 24)};
   } else {
     throw Lib::HostCtlException("Unknown sysinfo node '" + node + "'");
   }

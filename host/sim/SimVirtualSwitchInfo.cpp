@@ -30,7 +30,8 @@ bool Has(const json& list, const std::string& name) {
 Network::NicTeamingPolicy PolicyFrom(const json& teaming) {
   Network::NicTeamingPolicy policy;
   if (ValueAt<bool>(teaming, "/explicitOrder", false))
-    policy.SetUplinkOrder(Names(NodeAt(teaming, "/activeUplinks")), Names(NodeAt(teaming, "/standbyUplinks")));
+    policy.SetUplinkOrder(Names(NodeAt(teaming, "/activeUplinks")),
+                          Names(NodeAt(teaming, "/standbyUplinks")));
   if (teaming.is_object() && teaming.contains("maxActiveUplinks") && teaming["maxActiveUplinks"].is_number())
     policy.SetMaxActiveUplinks(teaming["maxActiveUplinks"].get<uint32_t>());
   return policy;
@@ -88,7 +89,8 @@ std::vector<Network::DVSwitch> SimVirtualSwitchInfo::GetDVSwitches() const {
   std::vector<Network::DVSwitch> out;
   const json& all = NodeAt(state, "/network/dvSwitches");
   if (all.is_object())
-    for (auto it = all.begin(); it != all.end(); ++it) out.push_back({it.key(), Names(NodeAt(it.value(), "/uplinks"))});
+    for (auto it = all.begin(); it != all.end(); ++it)
+      out.push_back({it.key(), Names(NodeAt(it.value(), "/uplinks"))});
   return out;
 }
 
@@ -143,7 +145,8 @@ void SimVirtualSwitchInfo::RemoveDVSwitchUplink(const std::string& dvsName, cons
     json& all = state["network"]["dvSwitches"];
     if (!all.is_object() || !all.contains(dvsName)) ThrowNotFound("Distributed switch", dvsName);
     json& uplinks = all[dvsName]["uplinks"];
-    if (!Has(uplinks, nic)) throw Lib::HostCtlException("Physical NIC '" + nic + "' is not an uplink of " + dvsName);
+    if (!Has(uplinks, nic))
+      throw Lib::HostCtlException("Physical NIC '" + nic + "' is not an uplink of " + dvsName);
     uplinks.erase(std::find(uplinks.begin(), uplinks.end(), json(nic)));
   });
 }
@@ -163,7 +166,8 @@ void SimVirtualSwitchInfo::SetPortGroupTeamingPolicy(const std::string& portGrou
     for (const auto* list : {&policy.GetUplinkOrder(), &policy.GetStandbyUplinks()})
       for (const auto& nic : *list)
         if (!Has(uplinks, nic))
-          throw Lib::HostCtlException("Teaming policy names '" + nic + "', which is not an uplink of " + switchName);
+          throw Lib::HostCtlException("Teaming policy names '" + nic + "', which is not an uplink of " +
+                                      switchName);
     pg["teaming"] = PolicyToJson(policy);
   });
 }
@@ -177,7 +181,8 @@ void SimVirtualSwitchInfo::AddVirtualSwitch(const std::string& name) {
   });
 }
 
-void SimVirtualSwitchInfo::AddPortGroup(const std::string& switchName, const std::string& portGroup, uint16_t vlanId) {
+void SimVirtualSwitchInfo::AddPortGroup(const std::string& switchName, const std::string& portGroup,
+                                        uint16_t vlanId) {
   if (portGroup.empty()) throw Lib::HostCtlException("A port group needs a name");
   if (vlanId > 4095) throw Lib::HostCtlException("Invalid VLAN id " + std::to_string(vlanId));
   state_.Update("VirtualSwitchInfo.AddPortGroup", [&](json& state) {

@@ -2,10 +2,9 @@
 #pragma once
 
 #include <functional>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
-
-#include <nlohmann/json.hpp>
 
 namespace Konu::Sim {
 
@@ -31,7 +30,7 @@ class StateFile {
   // The current state. Throws StateFileError when the file is missing or malformed.
   nlohmann::json Read() const;
 
-  // Locks, reads, lets `change` modify the document, and writes it back atomically. If
+  // Locks, reads, lets `change` modify the state, and writes it back atomically. If
   // `change` throws, nothing is written and the exception passes on.
   void Update(const std::function<void(nlohmann::json&)>& change);
 

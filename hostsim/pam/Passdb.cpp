@@ -12,7 +12,9 @@ namespace Konu::Sim {
 
 std::string PassdbPath(const std::string& root) { return root + "/etc/konu-sim/passdb"; }
 
-bool PassdbCanHold(const std::string& password) { return password.find_first_of(":\n\r") == std::string::npos; }
+bool PassdbCanHold(const std::string& password) {
+  return password.find_first_of(":\n\r") == std::string::npos;
+}
 
 void WritePassdb(const std::string& root, const nlohmann::json& state) {
   std::string text;

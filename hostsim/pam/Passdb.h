@@ -1,9 +1,8 @@
 // The password file of a simulated host's PAM stack, written from the host state.
 #pragma once
 
-#include <string>
-
 #include <nlohmann/json.hpp>
+#include <string>
 
 namespace Konu::Sim {
 

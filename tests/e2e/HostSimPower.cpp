@@ -25,7 +25,8 @@ class FakeConsole {
     std::string script = "trap 'echo USR1 >> " + notes_ + "' USR1; trap 'echo TERM >> " + notes_ +
                          "; exit 0' TERM; echo ready > " + notes_ + "; while :; do sleep 0.02; done";
     std::string rootArg = "--host-root=" + root;
-    char* argv[] = {program.data(), const_cast<char*>("-c"), script.data(), const_cast<char*>("konu"),
+    char* argv[] = {program.data(), const_cast<char*>("-c"),
+                    script.data(),  const_cast<char*>("konu"),
                     rootArg.data(), nullptr};
     char* envp[] = {const_cast<char*>("PATH=/usr/bin:/bin"), nullptr};
     if (posix_spawn(&pid_, program.c_str(), nullptr, nullptr, argv, envp) != 0)
@@ -51,7 +52,8 @@ class FakeConsole {
     int status = 0;
     bool ended = KonuTest::WaitFor([&] { return waitpid(pid_, &status, WNOHANG) == pid_; });
     reaped_ = ended;
-    return ended && WIFEXITED(status) && WEXITSTATUS(status) == 0 && Notes().find("TERM") != std::string::npos;
+    return ended && WIFEXITED(status) && WEXITSTATUS(status) == 0 &&
+           Notes().find("TERM") != std::string::npos;
   }
   bool StillRunning() const { return kill(pid_, 0) == 0 && Notes().find("TERM") == std::string::npos; }
 
@@ -70,8 +72,9 @@ class HostSimPower : public ::testing::Test {
   // "poweroff" or "reboot" as the console starts them: /bin/sh -c with only the host's tool
   // folders on PATH.
   CommandResult Shell(const std::string& command) {
-    return KonuTest::RunCommandLine({host.File("/bin/sh"), "-c", command},
-                                    {"PATH=" + host.Root() + "/bin:" + host.Root() + "/sbin", "PYTHONHOME=/"});
+    return KonuTest::RunCommandLine(
+        {host.File("/bin/sh"), "-c", command},
+        {"PATH=" + host.Root() + "/bin:" + host.Root() + "/sbin", "PYTHONHOME=/"});
   }
   Json LastJournal() {
     std::string text = ReadFileText(host.File("/var/log/hostsim.log"));

@@ -49,10 +49,10 @@ class HostSimTools : public ::testing::Test {
 };
 
 TEST_F(HostSimTools, CreateMakesEveryFile) {
-  for (const char* tool : {"/bin/qal-cmd", "/etc/init.d/OrinShell", "/etc/init.d/SSH", "/sbin/orincfg-advcfg",
-                           "/sbin/orincli", "/sbin/localcli", "/bin/powerOffVms", "/sbin/services.sh",
-                           "/sbin/nukbacktrace", "/sbin/firmwareConfig.py", "/sbin/backup.sh", "/bin/nukping",
-                           "/bin/poweroff", "/bin/reboot"}) {
+  for (const char* tool :
+       {"/bin/qal-cmd", "/etc/init.d/OrinShell", "/etc/init.d/SSH", "/sbin/orincfg-advcfg", "/sbin/orincli",
+        "/sbin/localcli", "/bin/powerOffVms", "/sbin/services.sh", "/sbin/nukbacktrace",
+        "/sbin/firmwareConfig.py", "/sbin/backup.sh", "/bin/nukping", "/bin/poweroff", "/bin/reboot"}) {
     std::string text = ReadFileText(host.File(tool));
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 2) << tool;
     EXPECT_NE(text.find("'" + host.Root() + "'"), std::string::npos) << tool;
@@ -64,9 +64,10 @@ TEST_F(HostSimTools, CreateMakesEveryFile) {
     EXPECT_TRUE(S_ISLNK(info.st_mode)) << link;
     EXPECT_EQ(access(host.File(link).c_str(), X_OK), 0) << link;
   }
-  for (const char* file : {"/etc/konu-sim/host.json", "/etc/konu-sim/passdb", "/etc/pam.d/konu",
-                           "/usr/lib/konu-sim/pam_konusim.so", "/var/run/corbel/show-konu-login", "/etc/hosts",
-                           "/var/log/hostsim.log", "/var/log/audit.log", "/etc/ssh/ssh_host_rsa_key"})
+  for (const char* file :
+       {"/etc/konu-sim/host.json", "/etc/konu-sim/passdb", "/etc/pam.d/konu",
+        "/usr/lib/konu-sim/pam_konusim.so", "/var/run/corbel/show-konu-login", "/etc/hosts",
+        "/var/log/hostsim.log", "/var/log/audit.log", "/etc/ssh/ssh_host_rsa_key"})
     EXPECT_EQ(access(host.File(file).c_str(), R_OK), 0) << file;
   for (const char* log : {"/var/log/syslog.log", "/var/log/nukernel.log", "/var/log/sysboot.log",
                           "/var/log/mgmtd.log", "/var/log/tmga.log", "/var/log/zebd.log"}) {
@@ -105,6 +106,10 @@ TEST_F(HostSimTools, CreateRefusesADirectoryInUseAndTheMachineRoot) {
   CommandResult slash = KonuTest::RunCommandLine({KONU_HOSTSIM_BIN, "create", "/"});
   EXPECT_EQ(slash.exitCode, 1);
   EXPECT_NE(slash.err.find("refusing"), std::string::npos) << slash.err;
+  KonuTest::TempDir spaced;
+  CommandResult blank = KonuTest::RunCommandLine({KONU_HOSTSIM_BIN, "create", spaced.Path() + "/my host"});
+  EXPECT_EQ(blank.exitCode, 1);
+  EXPECT_NE(blank.err.find("blanks"), std::string::npos) << blank.err;
 }
 
 TEST_F(HostSimTools, QalCmdRefusesUnknownUsersWith255) {
@@ -160,8 +165,8 @@ TEST_F(HostSimTools, AutostopStopsOnlyAutostartMachines) {
 // The console runs the init scripts through the host's sh: {"sh", script, action}.
 TEST_F(HostSimTools, InitScriptsStartStopAndAnswerStatus) {
   auto script = [&](const char* name, const char* action) {
-    return KonuTest::RunCommandLine({host.File("/bin/sh"), host.File(std::string("/etc/init.d/") + name), action},
-                                    {"PYTHONHOME=/"});
+    return KonuTest::RunCommandLine(
+        {host.File("/bin/sh"), host.File(std::string("/etc/init.d/") + name), action}, {"PYTHONHOME=/"});
   };
   EXPECT_EQ(script("SSH", "status").exitCode, 3);
   ExpectLastRun(host, {"SSH", "status"}, ProcessUser(), 3);
@@ -182,7 +187,7 @@ TEST_F(HostSimTools, AdvancedOptionsReadAndSet) {
   ExpectLastRun(host, {"orincfg-advcfg", "-q", "-g", "/UserVars/OrinShellTimeOut"}, ProcessUser(), 0);
 
   std::vector<std::string> set = {"system", "settings", "advanced", "set", "-o", "/UserVars/OrinShellTimeOut",
-                                  "-i", "900"};
+                                  "-i",     "900"};
   EXPECT_EQ(host.Tool("/sbin/orincli", set).exitCode, 0);
   EXPECT_EQ(host.Tool("/sbin/orincfg-advcfg", {"-q", "-g", "/UserVars/OrinShellTimeOut"}).out, "900\n");
   set[7] = "1200";
@@ -198,12 +203,12 @@ TEST_F(HostSimTools, AdvancedOptionsReadAndSet) {
   EXPECT_EQ(Get("/advancedOptions/~1UserVars~1OrinShellTimeOut/value"), 1200);
 
   EXPECT_EQ(host.Tool("/sbin/orincfg-advcfg", {"-q", "-g", "/UserVars/NoSuchOption"}).exitCode, 1);
-  EXPECT_EQ(host.Tool("/sbin/orincli", {"system", "settings", "advanced", "set", "-o", "/UserVars/NoSuchOption",
-                                        "-i", "1"})
+  EXPECT_EQ(host.Tool("/sbin/orincli",
+                      {"system", "settings", "advanced", "set", "-o", "/UserVars/NoSuchOption", "-i", "1"})
                 .exitCode,
             1);
-  EXPECT_EQ(host.Tool("/sbin/orincli", {"system", "settings", "advanced", "set", "-o",
-                                        "/UserVars/OrinShellTimeOut", "-d"})
+  EXPECT_EQ(host.Tool("/sbin/orincli",
+                      {"system", "settings", "advanced", "set", "-o", "/UserVars/OrinShellTimeOut", "-d"})
                 .exitCode,
             0);
   EXPECT_EQ(Get("/advancedOptions/~1UserVars~1OrinShellTimeOut/value"), 0);

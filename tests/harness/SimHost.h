@@ -37,8 +37,7 @@ class TempDir {
   }
   ~TempDir() {
     nftw(
-        path_.c_str(),
-        [](const char* p, const struct stat*, int, struct FTW*) { return remove(p); }, 16,
+        path_.c_str(), [](const char* p, const struct stat*, int, struct FTW*) { return remove(p); }, 16,
         FTW_DEPTH | FTW_PHYS);
   }
   TempDir(const TempDir&) = delete;

@@ -26,7 +26,8 @@ TEST(Ipv4Address, AcceptsDottedQuadsOnly) {
 TEST(Ipv4Address, NetmaskMustBeContiguousAndNotEmpty) {
   for (const char* good : {"255.255.255.0", "255.255.255.255", "128.0.0.0", "255.255.252.0", "255.254.0.0"})
     EXPECT_TRUE(Ipv4Address::IsValidNetmask(good)) << good;
-  for (const char* bad : {"0.0.0.0", "255.0.255.0", "255.255.255.1", "0.255.255.255", "255.255.253.0", "nope"})
+  for (const char* bad :
+       {"0.0.0.0", "255.0.255.0", "255.255.255.1", "0.255.255.255", "255.255.253.0", "nope"})
     EXPECT_FALSE(Ipv4Address::IsValidNetmask(bad)) << bad;
   EXPECT_EQ(Ipv4Address("255.255.252.0").GetPrefixLength(), 22);
   EXPECT_EQ(Ipv4Address("255.0.255.0").GetPrefixLength(), -1);
@@ -57,8 +58,8 @@ TEST(Ipv4Address, BinaryFormIsNetworkOrderAndRoundTrips) {
 }
 
 TEST(Ipv6Address, AcceptsStandardFormsAndZones) {
-  for (const char* good : {"::", "::1", "2001:db8::1", "2001:0db8:0000:0000:0000:0000:0000:0001", "fe80::1%nuk0",
-                           "::ffff:10.0.0.5", "FE80::ABCD", "1:2:3:4:5:6:7:8"})
+  for (const char* good : {"::", "::1", "2001:db8::1", "2001:0db8:0000:0000:0000:0000:0000:0001",
+                           "fe80::1%nuk0", "::ffff:10.0.0.5", "FE80::ABCD", "1:2:3:4:5:6:7:8"})
     EXPECT_TRUE(Ipv6Address::IsValidAddress(good)) << good;
   for (const char* bad : {"", ":", "2001:db8::1::2", "1:2:3:4:5:6:7:8:9", "12345::", "g::1", "fe80::1%",
                           "fe80::1%a b", "10.0.0.5", "2001:db8::1/64", " ::1"})
@@ -90,8 +91,9 @@ TEST(Ipv6Address, FailedParseChangesNothing) {
 TEST(Ipv6Network, NeedsAPrefixLengthUpTo128) {
   for (const char* good : {"2001:db8::5/64", "2001:db8::5/0", "2001:db8::5/128", "fe80::1%nuk0/64", "::/0"})
     EXPECT_TRUE(Ipv6Network::IsValidAddressAndNetmask(good)) << good;
-  for (const char* bad : {"2001:db8::5", "2001:db8::5/", "2001:db8::5/129", "2001:db8::5/-1", "2001:db8::5/64/64",
-                          "2001:db8::5/6a", "2001:db8::5/0064", "/64", "10.0.0.5/24", "2001:db8::5/ 64"})
+  for (const char* bad :
+       {"2001:db8::5", "2001:db8::5/", "2001:db8::5/129", "2001:db8::5/-1", "2001:db8::5/64/64",
+        "2001:db8::5/6a", "2001:db8::5/0064", "/64", "10.0.0.5/24", "2001:db8::5/ 64"})
     EXPECT_FALSE(Ipv6Network::IsValidAddressAndNetmask(bad)) << bad;
 }
 
@@ -123,8 +125,8 @@ TEST(MacAddress, ParsesBothSeparatorsAndPrintsLowerCaseColons) {
   MacAddress mac("00-1B-21-8A-40-10");
   EXPECT_EQ(mac.GetStringAddress(), "00:1b:21:8a:40:10");
   EXPECT_EQ(MacAddress(mac.GetStringAddress()), mac);
-  for (const char* bad : {"", "00:1b:21:8a:40", "00:1b:21:8a:40:10:11", "00:1b-21:8a:40:10", "0g:1b:21:8a:40:10",
-                          "001b218a4010", "00:1b:21:8a:40:1"})
+  for (const char* bad : {"", "00:1b:21:8a:40", "00:1b:21:8a:40:10:11", "00:1b-21:8a:40:10",
+                          "0g:1b:21:8a:40:10", "001b218a4010", "00:1b:21:8a:40:1"})
     EXPECT_FALSE(MacAddress::IsValidAddress(bad)) << bad;
   EXPECT_FALSE(mac.SetAddress("00:1b:21:8a:40:zz"));
   EXPECT_EQ(mac.GetStringAddress(), "00:1b:21:8a:40:10");

@@ -1,8 +1,7 @@
 // The simulated host's PAM service "konu": authentication, account checks and password change
 // through pam_start_confdir, the way the console's login and password dialogs use it.
-#include <security/pam_appl.h>
-
 #include <gtest/gtest.h>
+#include <security/pam_appl.h>
 
 #include <deque>
 
@@ -74,7 +73,7 @@ void SetUser(const SimHost& host, const std::string& name, const Json& user) {
 }
 
 Json PlainUser(const std::string& password) {
-  return {{"password", password}, {"uid", 500}, {"denied", false}, {"expired", false},
+  return {{"password", password},    {"uid", 500}, {"denied", false}, {"expired", false},
           {"serviceAccount", false}, {"qal", true}};
 }
 
@@ -88,6 +87,13 @@ TEST_F(HostSimPam, FreshRootLogsInWithItsPasswordOnly) {
   EXPECT_NE(Login(host, "root", "wrong"), PAM_SUCCESS);
   EXPECT_NE(Login(host, "root", ""), PAM_SUCCESS);
   EXPECT_NE(Login(host, "nobody-here", "konu"), PAM_SUCCESS);
+}
+
+// A host whose root password was never set takes the empty secret, and only that.
+TEST_F(HostSimPam, EmptyPasswordUserLogsInWithTheEmptySecret) {
+  SetUser(host, "root", PlainUser(""));
+  EXPECT_EQ(Login(host, "root", ""), PAM_SUCCESS);
+  EXPECT_NE(Login(host, "root", "konu"), PAM_SUCCESS);
 }
 
 TEST_F(HostSimPam, ServiceAccountCannotLogIn) { EXPECT_NE(Login(host, "konu", ""), PAM_SUCCESS); }

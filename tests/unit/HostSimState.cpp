@@ -1,13 +1,13 @@
 // The simulated host's state file: atomic locked updates, refusal of malformed files, the
-// fresh host's document, and fault matching.
+// fresh host's state, and fault matching.
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <thread>
 
 #include "host/sim/DefaultState.h"
-#include "host/sim/StateFile.h"
 #include "host/sim/Faults.h"
+#include "host/sim/StateFile.h"
 #include "tests/harness/SimHost.h"
 
 namespace {
@@ -58,7 +58,7 @@ TEST_F(HostSimState, MissingFileNamesTheFile) {
 }
 
 // A hand-edited file with a syntax error must be reported with its place, and an update must
-// not "repair" it by writing a fresh document over the operator's edits.
+// not "repair" it by writing a fresh state over the operator's edits.
 TEST_F(HostSimState, MalformedFileIsRefusedWithItsPlaceAndNeverOverwritten) {
   file.Write(Konu::Sim::DefaultHostState());
   const std::string broken = "{\n  \"power\": {\"state\": \"on\"},\n  \"users\": {,}\n}\n";
@@ -97,8 +97,9 @@ TEST_F(HostSimState, ConcurrentWritersLoseNoUpdateAndReadersNeverSeeATornFile) {
   fresh["fromShell"] = Json::array();
   file.Write(fresh);
   constexpr int kRounds = 150;
-  std::string loop = "i=0; while [ $i -lt " + std::to_string(kRounds) + " ]; do '" KONU_HOSTSIM_BIN "' --root '" +
-                     dir.Path() + "' set /fromShell/- $i || exit 1; i=$((i+1)); done";
+  std::string loop = "i=0; while [ $i -lt " + std::to_string(kRounds) +
+                     " ]; do '" KONU_HOSTSIM_BIN "' --root '" + dir.Path() +
+                     "' set /fromShell/- $i || exit 1; i=$((i+1)); done";
   std::atomic<bool> stop{false};
   std::atomic<int> reads{0}, tornReads{0};
   std::thread reader([&] {
@@ -128,8 +129,8 @@ TEST_F(HostSimState, ConcurrentWritersLoseNoUpdateAndReadersNeverSeeATornFile) {
   EXPECT_GT(reads, 0);
 }
 
-// The layout written down in DefaultState.h, checked against the fresh document.
-TEST(HostSimDefaultState, DocumentedPointersExistWithTheirFreshValues) {
+// The layout written down in DefaultState.h, checked against the fresh state.
+TEST(HostSimDefaultState, LayoutPointersExistWithTheirFreshValues) {
   Json s = Konu::Sim::DefaultHostState();
   struct Expect {
     const char* pointer;
@@ -181,7 +182,7 @@ Json WithFaults(Json tools) {
   return s;
 }
 
-TEST(HostSimFaults, WordsMatchInOrderAndTheMostSpecificEntryWins) {
+TEST(HostSimFaults, WordsMatchInOrderAndTheEntryWithMostWordsWins) {
   Json s = WithFaults({{"qal-cmd", {{"exitCode", 1}}},
                        {"qal-cmd qalsvc/auth/lockdown_mode_enter", {{"exitCode", 2}}},
                        {"SSH status", {{"exitCode", 3}}}});

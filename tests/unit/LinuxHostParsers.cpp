@@ -68,10 +68,14 @@ const char* kIpv6Route =
     "fe800000000000000000000000000001 00000400 00000001 00000000 00000003     eth0\n";
 
 const char* kCpuInfo =
-    "processor\t: 0\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 0\ncpu cores\t: 2\n\n"
-    "processor\t: 1\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 0\ncpu cores\t: 2\n\n"
-    "processor\t: 2\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 1\ncpu cores\t: 2\n\n"
-    "processor\t: 3\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 1\ncpu cores\t: 2\n";
+    "processor\t: 0\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 0\ncpu cores\t: "
+    "2\n\n"
+    "processor\t: 1\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 0\ncpu cores\t: "
+    "2\n\n"
+    "processor\t: 2\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 1\ncpu cores\t: "
+    "2\n\n"
+    "processor\t: 3\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 1\ncpu cores\t: "
+    "2\n";
 
 class LinuxFixture : public ::testing::Test {
  protected:
@@ -86,8 +90,9 @@ class LinuxFixture : public ::testing::Test {
     Write("/proc/sys/net/ipv6/conf/all/disable_ipv6", "0\n");
     Write("/proc/sys/kernel/hostname", "konu-linux\n");
     Write("/proc/sys/kernel/domainname", "(none)\n");
-    Write("/etc/resolv.conf", "# managed\ndomain old.test\nnameserver 10.0.0.2\nnameserver 2001:db8::53\n"
-                              "search lab.test example.test\n");
+    Write("/etc/resolv.conf",
+          "# managed\ndomain old.test\nnameserver 10.0.0.2\nnameserver 2001:db8::53\n"
+          "search lab.test example.test\n");
     Nic("eth0", "00:50:56:00:10:05", "1", "1000", "0000:02:00.0", "e1000e", "0x1003", "2");
     Nic("eth1", "00:50:56:00:10:06", "0", "-1", "0000:02:00.1", "e1000e", "0x1003", "3");
     Write("/sys/class/net/br0/address", "00:50:56:00:10:07\n");
@@ -100,8 +105,9 @@ class LinuxFixture : public ::testing::Test {
     Write("/sys/class/dmi/id/product_name", "TX740\n");
     Write("/proc/cpuinfo", kCpuInfo);
     Write("/proc/meminfo", "MemTotal:       16314564 kB\nMemFree:         1000 kB\n");
-    Write("/etc/os-release", "PRETTY_NAME=\"Debian GNU/Linux 12 (bookworm)\"\nNAME=\"Debian GNU/Linux\"\n"
-                             "VERSION_ID=\"12\"\n");
+    Write("/etc/os-release",
+          "PRETTY_NAME=\"Debian GNU/Linux 12 (bookworm)\"\nNAME=\"Debian GNU/Linux\"\n"
+          "VERSION_ID=\"12\"\n");
     Write("/proc/sys/kernel/osrelease", "6.1.0-18-amd64\n");
     Write("/proc/sys/kernel/version", "#1 SMP PREEMPT_DYNAMIC Debian 6.1.76-1 (2024-02-01)\n");
     Write("/usr/share/keymaps/i386/qwerty/us.kmap.gz", "");
@@ -117,8 +123,9 @@ class LinuxFixture : public ::testing::Test {
     fs::create_directories(fs::path(root_ + path).parent_path());
     std::ofstream(root_ + path) << text;
   }
-  void Nic(const std::string& name, const std::string& mac, const std::string& carrier, const std::string& speed,
-           const std::string& pci, const std::string& driver, const std::string& flags, const std::string& index) {
+  void Nic(const std::string& name, const std::string& mac, const std::string& carrier,
+           const std::string& speed, const std::string& pci, const std::string& driver,
+           const std::string& flags, const std::string& index) {
     std::string dir = "/sys/class/net/" + name;
     Write(dir + "/address", mac + "\n");
     Write(dir + "/carrier", carrier + "\n");
@@ -129,7 +136,8 @@ class LinuxFixture : public ::testing::Test {
     fs::create_directories(root_ + "/sys/devices/pci0000:00/" + pci);
     fs::create_directories(root_ + "/sys/bus/pci/drivers/" + driver);
     fs::create_symlink(root_ + "/sys/devices/pci0000:00/" + pci, root_ + dir + "/device");
-    fs::create_symlink(root_ + "/sys/bus/pci/drivers/" + driver, root_ + "/sys/devices/pci0000:00/" + pci + "/driver");
+    fs::create_symlink(root_ + "/sys/bus/pci/drivers/" + driver,
+                       root_ + "/sys/devices/pci0000:00/" + pci + "/driver");
   }
 
   std::string root_;
@@ -176,8 +184,9 @@ TEST(LinuxParsers, IfInet6TypesAndScopes) {
 }
 
 TEST(LinuxParsers, ResolvConfLastDomainOrSearchWins) {
-  auto conf = Linux::ParseResolvConf("nameserver 10.0.0.2\nnameserver 2001:db8::53\nnameserver bogus\n"
-                                     "search a.test b.test\ndomain c.test\n; comment\n");
+  auto conf = Linux::ParseResolvConf(
+      "nameserver 10.0.0.2\nnameserver 2001:db8::53\nnameserver bogus\n"
+      "search a.test b.test\ndomain c.test\n; comment\n");
   ASSERT_EQ(conf.nameServers.size(), 1u);
   ASSERT_EQ(conf.ipv6NameServers.size(), 1u);
   EXPECT_EQ(conf.domain, "c.test");
@@ -246,7 +255,8 @@ TEST_F(LinuxFixture, DhcpLeaseMarksTheInterfaceDhcp) {
 }
 
 TEST_F(LinuxFixture, NoRoutesAndNoAddressesMeansNoManagementInterface) {
-  Write("/proc/net/route", "Iface\tDestination\tGateway\tFlags\tRefCnt\tUse\tMetric\tMask\tMTU\tWindow\tIRTT\n");
+  Write("/proc/net/route",
+        "Iface\tDestination\tGateway\tFlags\tRefCnt\tUse\tMetric\tMask\tMTU\tWindow\tIRTT\n");
   Write("/proc/net/ipv6_route", "");
   Write("/proc/net/fib_trie", "");
   auto info = host_->CreateNetworkInfo();

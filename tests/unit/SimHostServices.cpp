@@ -215,8 +215,12 @@ TEST_F(SimHostTest, MacAddressFromAPhysicalNic) {
 }
 
 TEST_F(SimHostTest, PhysicalNicsInDeviceOrder) {
-  Set("/network/pnics/nic10", json{{"label", "NIC.Slot.9"}, {"mac", "00:1b:21:8a:40:20"}, {"linkUp", true},
-                                   {"speedMbps", 25000}, {"duplex", "Full"}, {"driver", "mlx"}});
+  Set("/network/pnics/nic10", json{{"label", "NIC.Slot.9"},
+                                   {"mac", "00:1b:21:8a:40:20"},
+                                   {"linkUp", true},
+                                   {"speedMbps", 25000},
+                                   {"duplex", "Full"},
+                                   {"driver", "mlx"}});
   auto pnics = host_->CreateNetworkInfo()->GetPnics();
   ASSERT_EQ(pnics.size(), 5u);
   EXPECT_EQ(pnics[0].name, "nic0");
@@ -237,7 +241,8 @@ TEST_F(SimHostTest, UplinksAndTeamingPolicy) {
   EXPECT_EQ(pg.teamingPolicy.GetUplinkOrder(), std::vector<std::string>{"nic0"});
   EXPECT_EQ(pg.teamingPolicy.GetMaxActiveUplinks(), 1u);
 
-  EXPECT_NE(Thrown([&] { switches->AddUplink("vSwitch0", "nic1"); }).find("already an uplink"), std::string::npos);
+  EXPECT_NE(Thrown([&] { switches->AddUplink("vSwitch0", "nic1"); }).find("already an uplink"),
+            std::string::npos);
   switches->AddUplink("vSwitch0", "nic2");
   auto policy = pg.teamingPolicy;
   policy.SetUplinkOrder({"nic0", "nic2"}, {"nic1"});
@@ -250,7 +255,9 @@ TEST_F(SimHostTest, UplinksAndTeamingPolicy) {
   EXPECT_EQ(after.GetUplinkOrder(), std::vector<std::string>{"nic2"});
   EXPECT_EQ(switches->GetVirtualSwitch("vSwitch0").uplinks, (std::vector<std::string>{"nic1", "nic2"}));
   policy.SetUplinkOrder({"nic0"});
-  EXPECT_NE(Thrown([&] { switches->SetPortGroupTeamingPolicy("Management Network", policy); }).find("not an uplink"),
+  EXPECT_NE(Thrown([&] {
+              switches->SetPortGroupTeamingPolicy("Management Network", policy);
+            }).find("not an uplink"),
             std::string::npos);
 }
 
@@ -289,10 +296,10 @@ TEST_F(SimHostTest, DnsConfiguration) {
   EXPECT_EQ(dns->GetHostname(), "konu-host");
   EXPECT_EQ(dns->GetDomain(), "example.test");
   EXPECT_FALSE(dns->GetDhcp());
-  dns->SetFqdn("esx7.lab.example.test", false, "");
-  EXPECT_EQ(dns->GetHostname(), "esx7");
+  dns->SetFqdn("node7.lab.example.test", false, "");
+  EXPECT_EQ(dns->GetHostname(), "node7");
   EXPECT_EQ(dns->GetDomain(), "lab.example.test");
-  dns->SetHostname("esx8", false);
+  dns->SetHostname("node8", false);
   EXPECT_EQ(dns->GetDomain(), "lab.example.test");
   EXPECT_THROW(dns->SetHostname("bad_name", false), HostCtlException);
   EXPECT_THROW(dns->SetHostname("a.b", false), HostCtlException);
@@ -382,14 +389,17 @@ TEST_F(SimHostTest, AdvancedOptions) {
   EXPECT_EQ(integer->GetValue(), 600);
   EXPECT_EQ(integer->GetDefault(), 600);
   options->SetIntegerValue("/UserVars/KonuTimeOut", 1800);
-  EXPECT_EQ(dynamic_cast<Adv::AdvancedIntegerOption&>(*options->FindOption("/UserVars/KonuTimeOut")).GetValue(), 1800);
+  EXPECT_EQ(
+      dynamic_cast<Adv::AdvancedIntegerOption&>(*options->FindOption("/UserVars/KonuTimeOut")).GetValue(),
+      1800);
   EXPECT_THROW(options->SetIntegerValue("/UserVars/KonuTimeOut", 86401), HostCtlException);
 
   auto text = options->FindOption("/UserVars/HostClientWelcomeMessage");
   ASSERT_NE(text, nullptr);
   EXPECT_EQ(dynamic_cast<Adv::AdvancedIntegerOption*>(text.get()), nullptr);
-  EXPECT_NE(Thrown([&] { options->SetIntegerValue("/UserVars/HostClientWelcomeMessage", 1); })
-                .find("not an integer option"),
+  EXPECT_NE(Thrown([&] {
+              options->SetIntegerValue("/UserVars/HostClientWelcomeMessage", 1);
+            }).find("not an integer option"),
             std::string::npos);
   EXPECT_EQ(options->FindOption("/UserVars/Missing"), nullptr);
   EXPECT_THROW(options->SetIntegerValue("/UserVars/Missing", 1), HostCtlException);
@@ -457,9 +467,9 @@ TEST_F(SimHostTest, ShellExecRunsTheRootsToolsOnly) {
   fs::create_directories(root_ + "/sbin");
   fs::create_directories(root_ + "/var/log");
   fs::create_symlink("/bin/sh", root_ + "/bin/sh");
-  std::ofstream(root_ + "/sbin/services.sh")
-      << "echo \"$1\" > \"$KONU_HOST_ROOT/var/log/services.out\"\npwd >> \"$KONU_HOST_ROOT/var/log/services.out\"\n"
-         "exit 3\n";
+  std::ofstream(root_ + "/sbin/services.sh") << "echo \"$1\" > \"$KONU_HOST_ROOT/var/log/services.out\"\npwd "
+                                                ">> \"$KONU_HOST_ROOT/var/log/services.out\"\n"
+                                                "exit 3\n";
   auto exec = host_->CreateShellExec();
   EXPECT_EQ(exec->NukCtl_Exec("/bin/sh /sbin/services.sh stop", false, true, false), 3);
   EXPECT_EQ(ReadFile("/var/log/services.out"), "stop\n" + fs::canonical(root_).string() + "\n");
@@ -471,12 +481,18 @@ TEST_F(SimHostTest, ShellExecRunsTheRootsToolsOnly) {
   EXPECT_EQ(Thrown([&] { exec->NukCtl_Exec("exit 0", false, true, false); }), "exec refused");
 }
 
-TEST(SimShellCommandLine, AbsolutePathsMoveUnderTheRoot) {
-  EXPECT_EQ(Sim::RootedCommandLine("/r", "/bin/sh /sbin/services.sh stop"), "/r/bin/sh /r/sbin/services.sh stop");
+TEST(SimShellCommandLine, ProgramsScriptsAndRedirectionsMoveUnderTheRoot) {
+  EXPECT_EQ(Sim::RootedCommandLine("/r", "/bin/sh /sbin/services.sh stop"),
+            "/r/bin/sh /r/sbin/services.sh stop");
+  EXPECT_EQ(Sim::RootedCommandLine("/r", "/bin/sh -e /sbin/services.sh start"),
+            "/r/bin/sh -e /r/sbin/services.sh start");
+  // Arguments stay host paths: the tools read them under their own root.
   EXPECT_EQ(Sim::RootedCommandLine("/r", "/sbin/nukbacktrace -w -n mgmtd -o mgmtd-restart% -d /var/log/"),
-            "/r/sbin/nukbacktrace -w -n mgmtd -o mgmtd-restart% -d /r/var/log/");
-  EXPECT_EQ(Sim::RootedCommandLine("/r", "tool > /dev/null 2>/dev/null >/dev/console"),
-            "tool > /dev/null 2>/dev/null >/r/dev/console");
+            "/r/sbin/nukbacktrace -w -n mgmtd -o mgmtd-restart% -d /var/log/");
+  EXPECT_EQ(Sim::RootedCommandLine("/r", "/sbin/firmwareConfig.py --reset-only > /dev/null 2>&1"),
+            "/r/sbin/firmwareConfig.py --reset-only > /dev/null 2>&1");
+  EXPECT_EQ(Sim::RootedCommandLine("/r", "tool >/dev/console 2> /var/log/x.err; /bin/true && poweroff"),
+            "tool >/r/dev/console 2> /r/var/log/x.err; /r/bin/true && poweroff");
   EXPECT_EQ(Sim::RootedCommandLine("/r", "poweroff"), "poweroff");
 }
 
