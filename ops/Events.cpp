@@ -57,11 +57,11 @@ void Post(const std::string& message) {
 
 }  // namespace
 
-const KonuEventSpec& EventSpec(KonuEvent name) { return kKonuEvents[static_cast<size_t>(name)]; }
+const KonuEventEntry& EventEntry(KonuEvent name) { return kKonuEvents[static_cast<size_t>(name)]; }
 
 std::string EventFormat(KonuEvent name) {
-  const KonuEventSpec& spec = EventSpec(name);
-  return std::string(kEventMarker) + spec.id + ")" + spec.text;
+  const KonuEventEntry& entry = EventEntry(name);
+  return std::string(kEventMarker) + entry.id + ")" + entry.text;
 }
 
 int InitEventLibrary(HostCtl::EventLib& library) {

@@ -25,14 +25,14 @@ enum class KonuEvent {
   FactoryNetworkRestored,  // "Restoring factory network settings"
 };
 
-struct KonuEventSpec {
+struct KonuEventEntry {
   KonuEvent name;
   const char* id;    // "zeb.user.konu.reboot.host"
   const char* text;  // printf format with at most one "%s"
 };
 
 // Every event the console posts, in the order of KonuEvent.
-inline constexpr KonuEventSpec kKonuEvents[] = {
+inline constexpr KonuEventEntry kKonuEvents[] = {
     {KonuEvent::LoginFailed, "zeb.user.konu.login.failed", "Authentication of user %s failed"},
     {KonuEvent::LoginAccessDenied, "zeb.user.konu.login.failed", "Access denied for user %s"},
     {KonuEvent::LoginPasswdChanged, "zeb.user.konu.login.passwd.changed",
@@ -50,7 +50,7 @@ inline constexpr KonuEventSpec kKonuEvents[] = {
 // The marker that opens every event message: "@&!*@*@(" id ")" text.
 inline constexpr const char kEventMarker[] = "@&!*@*@(";
 
-const KonuEventSpec& EventSpec(KonuEvent name);
+const KonuEventEntry& EventEntry(KonuEvent name);
 
 // The event's message format: "@&!*@*@(zeb.user.konu.reboot.host)Rebooting host".
 std::string EventFormat(KonuEvent name);

@@ -203,11 +203,11 @@ TEST_F(EventsTest, FormatPostsAWholeMessage) {
 
 TEST(EventTable, EveryEventFollowsTheMarkerConvention) {
   std::set<std::string> texts;
-  for (const KonuEventSpec& spec : kKonuEvents) {
-    std::string format = EventFormat(spec.name);
-    EXPECT_EQ(format, std::string("@&!*@*@(") + spec.id + ")" + spec.text);
-    EXPECT_EQ(std::string(spec.id).rfind("zeb.user.konu.", 0), 0u) << spec.id;
-    EXPECT_TRUE(texts.insert(spec.text).second) << "text listed twice: " << spec.text;
+  for (const KonuEventEntry& entry : kKonuEvents) {
+    std::string format = EventFormat(entry.name);
+    EXPECT_EQ(format, std::string("@&!*@*@(") + entry.id + ")" + entry.text);
+    EXPECT_EQ(std::string(entry.id).rfind("zeb.user.konu.", 0), 0u) << entry.id;
+    EXPECT_TRUE(texts.insert(entry.text).second) << "text listed twice: " << entry.text;
   }
   EXPECT_EQ(EventFormat(KonuEvent::FactoryNetworkRestored),
             "@&!*@*@(zeb.user.konu.factory.network.restored)Restoring factory network settings");
