@@ -52,6 +52,19 @@ bool CardOfUserPresent(const std::string& user) {
 }
 }  // namespace
 
+void SetLoggedInUser(const std::string& name) {
+  Session& session = Runtime::Get().session;
+  session.user = name;
+  try {
+    session.smartCardLogin = CardOfUserPresent(name);
+  } catch (const HostCtl::Lib::HostCtlException& e) {
+    Log(LOG_WARNING, "Smart card check failed: %s", e.what());
+    session.smartCardLogin = false;
+  }
+}
+
+bool CardUserPresent() { return !Runtime::Get().session.cardUserId.empty(); }
+
 void CheckSmartCard() {
   Session& session = Runtime::Get().session;
   try {
