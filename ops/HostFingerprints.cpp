@@ -44,7 +44,8 @@ ToolOutput RunTool(const char* tool, const char* const argv[]) {
 
 std::string SslThumbprint() {
   const std::string certificate = HostPath(kHostCertificate);
-  const char* argv[] = {"openssl", "x509", "-noout", "-sha1", "-fingerprint", "-in", certificate.c_str(), nullptr};
+  const char* argv[] = {"openssl",           "x509", "-noout", "-sha1", "-fingerprint", "-in",
+                        certificate.c_str(), nullptr};
   ToolOutput result = RunTool(kOpensslTool, argv);
   char fingerprint[256] = "";
   if (result.exitCode != 0 || std::sscanf(result.out.c_str(), "SHA1 Fingerprint=%255s", fingerprint) != 1) {

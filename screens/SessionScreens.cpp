@@ -53,7 +53,9 @@ class ShutdownDialog : public Dialog {
 
 }  // namespace
 
-std::unique_ptr<Frame> MakeCustomizationWindow(Frame* owner) { return std::make_unique<CustomizationWindow>(owner); }
+std::unique_ptr<Frame> MakeCustomizationWindow(Frame* owner) {
+  return std::make_unique<CustomizationWindow>(owner);
+}
 
 std::unique_ptr<Frame> MakeShutdownDialog(Frame* owner) { return std::make_unique<ShutdownDialog>(owner); }
 

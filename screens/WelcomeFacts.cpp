@@ -50,7 +50,8 @@ std::string Trimmed(const std::string& text) {
 
 }  // namespace
 
-std::vector<std::string> Ipv6UrlLines(const std::vector<Ipv6Network>& networks, const StringFactory& strings) {
+std::vector<std::string> Ipv6UrlLines(const std::vector<Ipv6Network>& networks,
+                                      const StringFactory& strings) {
   constexpr size_t kShown = 4;
   constexpr size_t kAllShownCount = 5;  // five fit as well: only more are cut to four
   const bool cut = networks.size() > kShown && networks.size() != kAllShownCount;

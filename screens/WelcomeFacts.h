@@ -15,13 +15,13 @@ class StringFactory;
 // What the management text is made of, read from the host at each draw. Without a
 // management interface the interface fields stay false or empty.
 struct ManagementFacts {
-  bool useDhcp = false;       // the configured IPv4 mode is DHCP
-  bool ipv4Disabled = false;  // the configured IPv4 mode is "none"
-  std::string ipv4Address = "0.0.0.0";  // the current address, dotted (0.0.0.0: none yet)
+  bool useDhcp = false;                                     // the configured IPv4 mode is DHCP
+  bool ipv4Disabled = false;                                // the configured IPv4 mode is "none"
+  std::string ipv4Address = "0.0.0.0";                      // the current address, dotted (0.0.0.0: none yet)
   std::vector<HostCtl::Network::Ipv6Network> ipv6Networks;  // current, in the interface's order
   bool ipv6Enabled = false;
-  std::string hostname;         // from the DNS configuration
-  bool hasPhysicalNic = true;   // false: the no-adapter text replaces everything
+  std::string hostname;        // from the DNS configuration
+  bool hasPhysicalNic = true;  // false: the no-adapter text replaces everything
 };
 
 // Shown in place of the management text on a host without any physical adapter.

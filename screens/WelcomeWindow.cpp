@@ -86,7 +86,8 @@ void WelcomeWindow::BuildStandardLayout() {
   const int upperHeight = LINES / 2;
   const int lowerHeight = (LINES + 1) / 2;
   upper_ = std::make_unique<Window>(this, 0, 0, COLS, upperHeight, kUpperBackground, kHalfForeground);
-  lower_ = std::make_unique<Window>(this, 0, upperHeight, COLS, lowerHeight, kLowerBackground, kHalfForeground);
+  lower_ =
+      std::make_unique<Window>(this, 0, upperHeight, COLS, lowerHeight, kLowerBackground, kHalfForeground);
   productLine_ = std::make_unique<TextArea>(upper_.get(), 8, 5, COLS - 16, 1, kInherit);
   hardwareLine_ = std::make_unique<TextArea>(upper_.get(), 8, 7, COLS - 16, 1, kInherit);
   cpuMemoryLines_ = std::make_unique<TextArea>(upper_.get(), 8, 9, COLS - 16, 2, kInherit);
@@ -94,7 +95,8 @@ void WelcomeWindow::BuildStandardLayout() {
   // Six rows from row 9, cut short where the half is too low to hold them above the
   // footer (a 24-row terminal leaves one), so the warning never runs into the key help.
   const int warningRows = std::clamp(lowerHeight - 2 - kWarningRow, 0, kWarningRows);
-  warning_ = std::make_unique<TextArea>(lower_.get(), 16, kWarningRow, COLS - 32, warningRows, kWarningForeground);
+  warning_ =
+      std::make_unique<TextArea>(lower_.get(), 16, kWarningRow, COLS - 32, warningRows, kWarningForeground);
   footer_ = std::make_unique<TextArea>(lower_.get(), 2, lowerHeight - 2, COLS - 4, 1, kInherit);
 }
 

@@ -74,7 +74,8 @@ TEST_F(WelcomeScreen, StandardLayoutShowsTheHostAndHowToReachIt) {
   EXPECT_EQ(TextAt(term, 18, 8, 64), "https://[fe80::250:56ff:fe6a:1005]/");
   // The footer on the lower half's second row from the bottom: F2 left, F12 right-aligned.
   EXPECT_EQ(TextAt(term, 22, 2, 31), "<F2> Customize System/View Logs");
-  EXPECT_EQ(term.Region(22, 54, 1, 24), " <F12> Shut Down/Restart") << "ends at the footer's right edge, column 77";
+  EXPECT_EQ(term.Region(22, 54, 1, 24), " <F12> Shut Down/Restart")
+      << "ends at the footer's right edge, column 77";
   // Colours: white on dark grey above, on yellow below; key labels in dark grey.
   EXPECT_EQ(term.Colors(5, 8).background, 6);
   EXPECT_EQ(term.Colors(5, 8).foreground, 7);
@@ -160,7 +161,8 @@ TEST_F(WelcomeScreen, FiveIpv6AddressesAreShownWholeSixAsFourSortedLinesAndDots)
   EXPECT_FALSE(term.WaitForText("...", 0)) << term.Screen();
 
   // A sixth: the first four of the interface's list, sorted, then "...".
-  SetIpv6Addresses({"2001:db8::e", "2001:db8::c", "2001:db8::a", "2001:db8::d", "2001:db8::b", "2001:db8::1"});
+  SetIpv6Addresses(
+      {"2001:db8::e", "2001:db8::c", "2001:db8::a", "2001:db8::d", "2001:db8::b", "2001:db8::1"});
   RefreshUntil(term, "...");
   const char* four[] = {"a", "c", "d", "e"};
   for (int i = 0; i < 4; ++i) {
@@ -200,7 +202,8 @@ TEST_F(WelcomeScreen, CustomWelcomeMessageReplacesTheLayoutWithItsVariablesFille
   EXPECT_FALSE(term.WaitForText("To manage this host", 0));
 
   // The same fingerprints the machine's tools give for the host's files.
-  std::string ssl = CommandOutput("openssl x509 -noout -sha1 -fingerprint -in " + HostFile("etc/corbel/ssl/rui.crt"));
+  std::string ssl =
+      CommandOutput("openssl x509 -noout -sha1 -fingerprint -in " + HostFile("etc/corbel/ssl/rui.crt"));
   ASSERT_NE(ssl.find('='), std::string::npos) << ssl;
   ssl = ssl.substr(ssl.find('=') + 1);
   ssl.erase(ssl.find_last_not_of("\n") + 1);

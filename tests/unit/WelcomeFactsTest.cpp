@@ -1,12 +1,11 @@
 // The welcome screen's texts from plain facts: memory units and rounding, the IPv6 line
 // rule, the management text's URL lines and marks, the warnings, hardware and CPU lines.
-#include "screens/WelcomeFacts.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
+#include "screens/WelcomeFacts.h"
 #include "ui/strings/StringFactory.h"
 
 namespace Konu {
@@ -36,7 +35,7 @@ TEST(WelcomeMemoryLine, RoundsToOneDecimalWithoutATrailingZero) {
   const double gib = 1073741824.0;
   EXPECT_EQ(MemoryLine(static_cast<uint64_t>(15.9 * gib)), "15.9 GiB Memory");
   EXPECT_EQ(MemoryLine(static_cast<uint64_t>(16 * gib)), "16 GiB Memory");
-  EXPECT_EQ(MemoryLine(static_cast<uint64_t>(15.96 * gib)), "16 GiB Memory");    // never "16.0"
+  EXPECT_EQ(MemoryLine(static_cast<uint64_t>(15.96 * gib)), "16 GiB Memory");  // never "16.0"
   EXPECT_EQ(MemoryLine(static_cast<uint64_t>(15.949 * gib)), "15.9 GiB Memory");
   EXPECT_EQ(MemoryLine(static_cast<uint64_t>(15.95 * gib) + 1), "16 GiB Memory");  // half away from zero
   // The simulated host's default: 33554432 pages of 4096 bytes.
@@ -45,12 +44,13 @@ TEST(WelcomeMemoryLine, RoundsToOneDecimalWithoutATrailingZero) {
 }
 
 TEST(WelcomeIpv6Lines, SortsAsTextAndMarksByType) {
-  std::vector<std::string> lines = Ipv6UrlLines({V6("fe80::1", Ipv6AddressType::kOther),
-                                                 V6("2001:db8::5"), V6("2001:db8::50", Ipv6AddressType::kDhcp),
-                                                 V6("2001:db8::a", Ipv6AddressType::kAutoconf)},
-                                                Strings());
-  EXPECT_EQ(lines, (std::vector<std::string>{"https://[2001:db8::50]/ (DHCP)", "https://[2001:db8::5]/ (STATIC)",
-                                             "https://[2001:db8::a]/ (AUTOCONF)", "https://[fe80::1]/ "}));
+  std::vector<std::string> lines = Ipv6UrlLines(
+      {V6("fe80::1", Ipv6AddressType::kOther), V6("2001:db8::5"), V6("2001:db8::50", Ipv6AddressType::kDhcp),
+       V6("2001:db8::a", Ipv6AddressType::kAutoconf)},
+      Strings());
+  EXPECT_EQ(lines,
+            (std::vector<std::string>{"https://[2001:db8::50]/ (DHCP)", "https://[2001:db8::5]/ (STATIC)",
+                                      "https://[2001:db8::a]/ (AUTOCONF)", "https://[fe80::1]/ "}));
 }
 
 TEST(WelcomeIpv6Lines, FiveAreAllShownSixAreCutToTheFirstFourSorted) {
@@ -63,9 +63,9 @@ TEST(WelcomeIpv6Lines, FiveAreAllShownSixAreCutToTheFirstFourSorted) {
 
   networks.push_back(V6("2001:db8::2"));  // sixth: cut to the first four, not the four lowest
   std::vector<std::string> six = Ipv6UrlLines(networks, Strings());
-  EXPECT_EQ(six, (std::vector<std::string>{"https://[2001:db8::1]/ (STATIC)", "https://[2001:db8::4]/ (STATIC)",
-                                           "https://[2001:db8::5]/ (STATIC)", "https://[2001:db8::6]/ (STATIC)",
-                                           "..."}));
+  EXPECT_EQ(six, (std::vector<std::string>{
+                     "https://[2001:db8::1]/ (STATIC)", "https://[2001:db8::4]/ (STATIC)",
+                     "https://[2001:db8::5]/ (STATIC)", "https://[2001:db8::6]/ (STATIC)", "..."}));
   EXPECT_EQ(Ipv6UrlLines({V6("2001:db8::1")}, Strings()).size(), 1u);
   EXPECT_TRUE(Ipv6UrlLines({}, Strings()).empty());
 }
@@ -93,14 +93,16 @@ TEST(WelcomeManagementText, LocalhostOrNoHostNameGivesNoHostNameLine) {
   for (const char* name : {"localhost", ""}) {
     ManagementFacts facts = StaticFacts();
     facts.hostname = name;
-    EXPECT_EQ(ManagementText(facts, Strings()), "To manage this host, go to:\nhttps://10.0.0.5/ (STATIC)") << name;
+    EXPECT_EQ(ManagementText(facts, Strings()), "To manage this host, go to:\nhttps://10.0.0.5/ (STATIC)")
+        << name;
   }
 }
 
 TEST(WelcomeManagementText, DhcpMarks) {
   ManagementFacts facts = StaticFacts();
   facts.useDhcp = true;
-  EXPECT_EQ(ManagementText(facts, Strings()), "To manage this host, go to:\nhttps://konu-host/ \nhttps://10.0.0.5/ (DHCP)");
+  EXPECT_EQ(ManagementText(facts, Strings()),
+            "To manage this host, go to:\nhttps://konu-host/ \nhttps://10.0.0.5/ (DHCP)");
   facts.ipv4Address = "0.0.0.0";
   EXPECT_EQ(ManagementText(facts, Strings()),
             "To manage this host, go to:\nhttps://konu-host/ \nhttps://0.0.0.0/ (Waiting for DHCP...)");
@@ -135,7 +137,8 @@ TEST(WelcomeWarning, DhcpFailureAndAuditMode) {
 }
 
 TEST(WelcomeHardwareLines, VendorProductAndCpu) {
-  EXPECT_EQ(HardwareLine("  Tessera Computing Inc. ", " TX740 Server  "), "Tessera Computing Inc. TX740 Server");
+  EXPECT_EQ(HardwareLine("  Tessera Computing Inc. ", " TX740 Server  "),
+            "Tessera Computing Inc. TX740 Server");
   EXPECT_EQ(HardwareLine("Tessera", "Tessera TX740 Server"), "Tessera TX740 Server");
   EXPECT_EQ(HardwareLine("Tessera ", "  Tessera TX740"), "Tessera TX740");  // compared after trimming
   EXPECT_EQ(CpuLine(2, "  Xeon Gold 6130 "), "2 x Xeon Gold 6130");
