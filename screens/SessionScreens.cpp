@@ -14,9 +14,9 @@ namespace {
 constexpr int kEsc = 27;
 constexpr uint32_t kShutdownTitleId = 1;  // "Shut Down/Restart"
 
-class CustomizationWindow : public Frame {
+class CustomizationStandIn : public Frame {
  public:
-  explicit CustomizationWindow(Frame* owner) : Frame(owner, 0, 0, COLS, LINES, 0, 7) {
+  explicit CustomizationStandIn(Frame* owner) : Frame(owner, 0, 0, COLS, LINES, 0, 7) {
     if (Curses()) {
       werase(Curses());
       box(Curses(), 0, 0);
@@ -38,9 +38,9 @@ class CustomizationWindow : public Frame {
   std::unique_ptr<TextArea> footer_;
 };
 
-class ShutdownDialog : public Dialog {
+class ShutdownStandIn : public Dialog {
  public:
-  explicit ShutdownDialog(Frame* owner) : Dialog(owner, 60, 9, 5) {}
+  explicit ShutdownStandIn(Frame* owner) : Dialog(owner, 60, 9, 5) {}
 
   int EventLoop() override {
     SetTitle(GetString(kShutdownTitleId));
@@ -54,9 +54,9 @@ class ShutdownDialog : public Dialog {
 }  // namespace
 
 std::unique_ptr<Frame> MakeCustomizationWindow(Frame* owner) {
-  return std::make_unique<CustomizationWindow>(owner);
+  return std::make_unique<CustomizationStandIn>(owner);
 }
 
-std::unique_ptr<Frame> MakeShutdownDialog(Frame* owner) { return std::make_unique<ShutdownDialog>(owner); }
+std::unique_ptr<Frame> MakeShutdownDialog(Frame* owner) { return std::make_unique<ShutdownStandIn>(owner); }
 
 }  // namespace Konu
