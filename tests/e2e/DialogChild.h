@@ -64,7 +64,8 @@ inline int RunDialogChild(const DialogChildSetup& setup, const std::function<int
     backdrop.Say("RESULT=" + std::to_string(result) + " USER=" + session.user +
                  " CARD=" + std::to_string(session.smartCardLogin) +
                  " EMPTY=" + std::to_string(session.emptyPassword));
-    UiCurses::HoldUntil('q');
+    while (backdrop.GetKey(false) != 'q') {  // polls, as the console waits for keys
+    }
   }
   return result;
 }

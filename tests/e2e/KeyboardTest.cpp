@@ -32,7 +32,10 @@ class Keyboard : public SimHostFixture {
     ASSERT_TRUE(WaitUntilWaitingForKey(term));
   }
 
+  // Leaves the child once it shows its result.
   static void Finish(Terminal& term, int expected) {
+    ASSERT_TRUE(term.WaitForText("RESULT=" + std::to_string(expected))) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
     term.Press("q");
     int status = -1;
     ASSERT_TRUE(term.WaitForExit(5000, &status));
@@ -43,8 +46,8 @@ class Keyboard : public SimHostFixture {
   static bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
   std::string Current() const { return State("/keyboard/current").get<std::string>(); }
   std::string Loaded() const {
-    nlohmann::json loaded = State("/keyboard/loaded");
-    return loaded.is_string() ? loaded.get<std::string>() : "";
+    nlohmann::json keyboard = State("/keyboard");
+    return keyboard.contains("loaded") ? keyboard["loaded"].get<std::string>() : "";
   }
   static int Marks(const Terminal& term) {
     std::string screen = term.Screen();
