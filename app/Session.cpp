@@ -77,9 +77,10 @@ void CheckSmartCard() {
       Log(LOG_INFO, "Logging out user id '%s'", session.user.c_str());
       exit(0);
     }
-  } catch (const HostCtl::Lib::HostCtlException& e) {
-    // A reader that cannot be asked leaves the session as it is.
-    Log(LOG_WARNING, "Smart card check failed: %s", e.what());
+  } catch (const HostCtl::Lib::HostCtlException&) {
+    // No user id from a reader that cannot be asked; a session goes on as it is.
+    Log(LOG_ERR, "Error trying to lookup smart card tokens.");
+    if (!session.active) session.cardUserId.clear();
   }
 }
 
