@@ -165,3 +165,29 @@ TEST_F(Keyboard, LoginKeyboardLineOpensTheDialogAndShowsTheNewLayout) {
 }
 
 }  // namespace
+
+// The keyboard line of the console's own login form on a local console.
+namespace {
+
+TEST_F(Keyboard, ConsoleLoginKeyboardLineAppliesTheMarkedLayoutToTheHost) {
+  Terminal term(24, 80);
+  term.Spawn({KONU_BIN, "--host-root", Root()}, {"TERM=xterm", "ESCDELAY=25", "LANG=C.UTF-8"});
+  ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("F2");
+  ASSERT_TRUE(term.WaitForText("Configured Keyboard (US Default)")) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText("Configure Keyboard")) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  for (int i = 0; i < 7; ++i) term.Press("Down");
+  term.Press("Space");
+  ASSERT_TRUE(term.WaitForText("(o) French")) << term.Screen();
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText("Configured Keyboard (French)")) << term.Screen();
+  EXPECT_EQ("French", Current());
+  EXPECT_EQ("French", Loaded());
+  EXPECT_TRUE(Has(Syslog(), "Keyboard Layout changed to French")) << Syslog();
+}
+
+}  // namespace
