@@ -25,16 +25,16 @@ constexpr int kHeaderHeight = 6;
 constexpr int kFieldWidth = 30;
 
 enum StringId {
-  kTitle = 149,            // "Configure Password"
-  kText = 150,             // "Setting the password will prevent unauthorized access to this host."
-  kOldLabel = 151,         // "Old Password:"
-  kNewLabel = 152,         // "New Password:"
-  kConfirmLabel = 153,     // "Confirm Password:"
-  kErrorTitle = 154,       // "Configure Password: Error"
-  kWrongOld = 156,         // "The old password you entered is incorrect"
-  kMismatch = 157,         // "The new password and the confirmed password do not match."
-  kEmpty = 158,            // "Empty passwords are not allowed."
-  kChangeFailed = 160      // "The password change operation failed.\n..."
+  kTitle = 149,         // "Configure Password"
+  kText = 150,          // "Setting the password will prevent unauthorized access to this host."
+  kOldLabel = 151,      // "Old Password:"
+  kNewLabel = 152,      // "New Password:"
+  kConfirmLabel = 153,  // "Confirm Password:"
+  kErrorTitle = 154,    // "Configure Password: Error"
+  kWrongOld = 156,      // "The old password you entered is incorrect"
+  kMismatch = 157,      // "The new password and the confirmed password do not match."
+  kEmpty = 158,         // "Empty passwords are not allowed."
+  kChangeFailed = 160   // "The password change operation failed.\n..."
 };
 
 constexpr const char* kFooter =

@@ -43,7 +43,9 @@ class Keyboard : public SimHostFixture {
     EXPECT_EQ(expected, WEXITSTATUS(status));
   }
 
-  static bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+  static bool Has(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+  }
   std::string Current() const { return State("/keyboard/current").get<std::string>(); }
   std::string Loaded() const {
     nlohmann::json keyboard = State("/keyboard");

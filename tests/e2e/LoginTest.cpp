@@ -1,6 +1,7 @@
 // The login form on a fresh simulated host: its two forms, the outcome of each attempt on
 // screen and in the syslog, audit and event logs, the expired-password path and the
-// disabled-login refusal. The dialogs run in a forked child over a plain frame.
+// disabled-login refusal: first the dialogs alone in a forked child over a plain frame,
+// then the same paths through the console's welcome screen.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -54,8 +55,12 @@ class Login : public SimHostFixture {
   }
 
   void AddUser(const std::string& name, const std::string& password, bool denied, bool expired) {
-    SetState("/users/" + name, {{"password", password}, {"uid", 600}, {"denied", denied}, {"expired", expired},
-                                {"serviceAccount", false}, {"qal", true}});
+    SetState("/users/" + name, {{"password", password},
+                                {"uid", 600},
+                                {"denied", denied},
+                                {"expired", expired},
+                                {"serviceAccount", false},
+                                {"qal", true}});
   }
 
   // Leaves the child once it shows its result.
@@ -69,7 +74,9 @@ class Login : public SimHostFixture {
     EXPECT_EQ(expected, WEXITSTATUS(status));
   }
 
-  static bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+  static bool Has(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+  }
 };
 
 TEST_F(Login, PasswordFormShowsItsTextsFieldsAndFooterWithoutKeyboardLineOnARemoteTerminal) {
@@ -127,7 +134,8 @@ TEST_F(Login, WrongPasswordIsRefusedLoggedAuditedAndPostedAndEmptiesOnlyTheSecre
   EXPECT_TRUE(Has(ReadFile("var/log/audit.log"),
                   "login.connect user=\"root\" origin=\"\" success=0 reason=\"Invalid Login\""))
       << ReadFile("var/log/audit.log");
-  EXPECT_TRUE(Has(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.login.failed)Authentication of user root failed"))
+  EXPECT_TRUE(Has(ReadFile("var/log/zebd.log"),
+                  "@&!*@*@(zeb.user.konu.login.failed)Authentication of user root failed"))
       << ReadFile("var/log/zebd.log");
 
   // Still open: the right password now logs in.
@@ -177,7 +185,8 @@ TEST_F(Login, DeniedUserGetsNoPermission) {
   Acknowledge(term, "User does not have permission to login to KONU.");
   EXPECT_TRUE(Has(Syslog(), "Access denied for user dave")) << Syslog();
   EXPECT_TRUE(Has(ReadFile("var/log/audit.log"), "success=0 reason=\"No permission\""));
-  EXPECT_TRUE(Has(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user dave"));
+  EXPECT_TRUE(
+      Has(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user dave"));
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
   Finish(term, 0);
@@ -189,7 +198,8 @@ TEST_F(Login, ExpiredPasswordGoesThroughThePasswordDialogThenTheNewPasswordLogsI
   OpenLogin(term);
   Attempt(term, "erin", "old-pass");
   ASSERT_TRUE(term.WaitForText("Password has expired.")) << term.Screen();
-  EXPECT_TRUE(Has(term.Screen(), "You will be prompted to set a new password and then login again.")) << term.Screen();
+  EXPECT_TRUE(Has(term.Screen(), "You will be prompted to set a new password and then login again."))
+      << term.Screen();
   Acknowledge(term, "Password has expired.");
   ASSERT_TRUE(term.WaitForText("Configure Password")) << term.Screen();
   term.Type("old-pass");
@@ -203,8 +213,10 @@ TEST_F(Login, ExpiredPasswordGoesThroughThePasswordDialogThenTheNewPasswordLogsI
   EXPECT_EQ("new-pass", State("/users/erin/password"));
   EXPECT_EQ(false, State("/users/erin/expired"));
   EXPECT_TRUE(Has(Syslog(), "Password has expired for user erin")) << Syslog();
-  EXPECT_TRUE(Has(ReadFile("var/log/audit.log"), "user=\"erin\" origin=\"\" success=0 reason=\"Password expired\""));
-  EXPECT_TRUE(Has(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user erin"));
+  EXPECT_TRUE(
+      Has(ReadFile("var/log/audit.log"), "user=\"erin\" origin=\"\" success=0 reason=\"Password expired\""));
+  EXPECT_TRUE(
+      Has(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user erin"));
 
   // Back in the login form with the secret emptied: log in again with the new password.
   ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
@@ -215,7 +227,8 @@ TEST_F(Login, ExpiredPasswordGoesThroughThePasswordDialogThenTheNewPasswordLogsI
 }
 
 TEST_F(Login, CardPresentOpensThePinFormWithTheCardsLoginIdAndF3Flips) {
-  ASSERT_EQ(0, KonuTest::RunCommandLine({KONU_HOSTSIM_BIN, "--root", Root(), "card", "insert", "root"}).exitCode);
+  ASSERT_EQ(
+      0, KonuTest::RunCommandLine({KONU_HOSTSIM_BIN, "--root", Root(), "card", "insert", "root"}).exitCode);
   Terminal term(24, 80);
   OpenLogin(term);
   std::string screen = term.Screen();
@@ -290,7 +303,9 @@ using KonuTest::Terminal;
 
 constexpr const char kMenuTitle[] = "System Customization";
 
-bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+bool Contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
 
 class ConsoleLogin : public SimHostFixture {
  protected:
@@ -323,8 +338,12 @@ class ConsoleLogin : public SimHostFixture {
     ASSERT_TRUE(WaitUntilWaitingForKey(term));
   }
   void AddUser(const std::string& name, const std::string& password, bool denied, bool expired) {
-    SetState("/users/" + name, {{"password", password}, {"uid", 600}, {"denied", denied}, {"expired", expired},
-                                {"serviceAccount", false}, {"qal", true}});
+    SetState("/users/" + name, {{"password", password},
+                                {"uid", 600},
+                                {"denied", denied},
+                                {"expired", expired},
+                                {"serviceAccount", false},
+                                {"qal", true}});
   }
   void Card(const std::vector<std::string>& words) const {
     std::vector<std::string> argv = {KONU_HOSTSIM_BIN, "--root", Root(), "card"};
@@ -362,8 +381,10 @@ TEST_F(ConsoleLogin, WrongThenRightPasswordOpensTheMenuWithEveryRecord) {
   ASSERT_TRUE(term.Find("Password:", &row, &col));
   EXPECT_FALSE(Contains(term.Row(row), "*")) << term.Row(row);
   EXPECT_TRUE(Contains(Syslog(), "Authentication of user root failed")) << Syslog();
-  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"), "login.connect user=\"root\" origin=\"\" success=0 reason=\"Invalid Login\""));
-  EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.login.failed)Authentication of user root failed"));
+  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"),
+                       "login.connect user=\"root\" origin=\"\" success=0 reason=\"Invalid Login\""));
+  EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"),
+                       "@&!*@*@(zeb.user.konu.login.failed)Authentication of user root failed"));
 
   // The focus stays on the secret field.
   term.Type("konu");
@@ -382,7 +403,8 @@ TEST_F(ConsoleLogin, DeniedUserIsRefused) {
   Submit(term, "dave", "secret1");
   Acknowledge(term, "User does not have permission to login to KONU.");
   EXPECT_TRUE(Contains(term.Screen(), "Authentication Required"));
-  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"), "user=\"dave\" origin=\"\" success=0 reason=\"No permission\""));
+  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"),
+                       "user=\"dave\" origin=\"\" success=0 reason=\"No permission\""));
 }
 
 TEST_F(ConsoleLogin, ExpiredUserSetsANewPasswordAndThenLogsInWithIt) {
@@ -417,7 +439,8 @@ TEST_F(ConsoleLogin, CardInsertedOnTheWelcomeScreenSwitchesTheFormToPinAndF3Flip
   Terminal term(24, 80);
   Start(term);
   Card({"insert", "root"});
-  ASSERT_TRUE(term.WaitFor([&] { return Contains(Syslog(), "Found smart card with user id 'root'"); })) << Syslog();
+  ASSERT_TRUE(term.WaitFor([&] { return Contains(Syslog(), "Found smart card with user id 'root'"); }))
+      << Syslog();
   ASSERT_TRUE(WaitUntilWaitingForKey(term));
   OpenLogin(term);
   ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();

@@ -63,7 +63,9 @@ class Password : public SimHostFixture {
     EXPECT_EQ(expected, WEXITSTATUS(status));
   }
 
-  static bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+  static bool Has(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+  }
   int Backups() const { return static_cast<int>(State("/backups").size()); }
 };
 
@@ -188,7 +190,8 @@ TEST_F(Password, ChangeRefusedByThePolicyIsReportedAndTheFormStays) {
   term.Type("short");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("The password change operation failed.")) << term.Screen();
-  EXPECT_TRUE(Has(term.Screen(), "Please ensure that your password meets the complexity criteria")) << term.Screen();
+  EXPECT_TRUE(Has(term.Screen(), "Please ensure that your password meets the complexity criteria"))
+      << term.Screen();
   Acknowledge(term, "The password change operation failed.");
   EXPECT_TRUE(Has(term.Screen(), "Old Password:")) << "still in the form";
   EXPECT_EQ(0, Backups());
