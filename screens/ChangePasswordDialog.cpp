@@ -12,6 +12,7 @@
 #include "ops/CommandRunner.h"
 #include "ops/Events.h"
 #include "ops/QalCmd.h"
+#include "screens/FormKeys.h"
 #include "screens/PamAuth.h"
 #include "screens/SamePasswordConfirmDialog.h"
 #include "ui/MessageDialog.h"
@@ -25,41 +26,21 @@ constexpr int kHeaderHeight = 6;
 constexpr int kFieldWidth = 30;
 
 enum StringId {
-  kTitle = 149,            // "Configure Password"
-  kText = 150,             // "Setting the password will prevent unauthorized access to this host."
-  kOldLabel = 151,         // "Old Password:"
-  kNewLabel = 152,         // "New Password:"
-  kConfirmLabel = 153,     // "Confirm Password:"
-  kErrorTitle = 154,       // "Configure Password: Error"
-  kWrongOld = 156,         // "The old password you entered is incorrect"
-  kMismatch = 157,         // "The new password and the confirmed password do not match."
-  kEmpty = 158,            // "Empty passwords are not allowed."
-  kChangeFailed = 160      // "The password change operation failed.\n..."
+  kTitle = 149,         // "Configure Password"
+  kText = 150,          // "Setting the password will prevent unauthorized access to this host."
+  kOldLabel = 151,      // "Old Password:"
+  kNewLabel = 152,      // "New Password:"
+  kConfirmLabel = 153,  // "Confirm Password:"
+  kErrorTitle = 154,    // "Configure Password: Error"
+  kWrongOld = 156,      // "The old password you entered is incorrect"
+  kMismatch = 157,      // "The new password and the confirmed password do not match."
+  kEmpty = 158,         // "Empty passwords are not allowed."
+  kChangeFailed = 160   // "The password change operation failed.\n..."
 };
 
 constexpr const char* kFooter =
     "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
     "{color:dark-grey}Cancel{/color}{/align}";
-
-constexpr int kEsc = 27;
-constexpr int kTab = 9;
-
-bool IsEnter(int key) { return key == '\n' || key == '\r' || key == KEY_ENTER; }
-
-bool IsEditingKey(int key) {
-  switch (key) {
-    case 8:
-    case KEY_BACKSPACE:
-    case KEY_DC:
-    case KEY_LEFT:
-    case KEY_RIGHT:
-    case KEY_HOME:
-    case KEY_END:
-      return true;
-    default:
-      return key >= 32 && key < 127;
-  }
-}
 
 // Saves the host configuration so the new password survives a reboot; its result is not
 // checked.
@@ -159,11 +140,11 @@ int ChangePasswordDialog::EventLoop() {
   Focus(kOld);
   for (;;) {
     const int key = GetKey(true);
-    if (key == kEsc) {
+    if (key == kKeyEsc) {
       ShowCursor(false);
       return 0;
     }
-    const bool next = key == KEY_DOWN || key == kTab || IsEnter(key);
+    const bool next = key == KEY_DOWN || key == kKeyTab || IsEnterKey(key);
     switch (Focused()) {
       case kOld:
         if (next && CheckOldPassword()) Focus(kNew);
@@ -176,9 +157,9 @@ int ChangePasswordDialog::EventLoop() {
         }
         break;
       case kConfirm:
-        if (key == kTab || key == KEY_UP) {
+        if (key == kKeyTab || key == KEY_UP) {
           Focus(kNew);
-        } else if (IsEnter(key) && Submit()) {
+        } else if (IsEnterKey(key) && Submit()) {
           return 1;
         }
         break;

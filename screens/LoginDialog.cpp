@@ -15,6 +15,7 @@
 #include "ops/Events.h"
 #include "ops/KeyboardDialog.h"
 #include "screens/ChangePasswordDialog.h"
+#include "screens/FormKeys.h"
 #include "screens/HostAndDomain.h"
 #include "screens/PamAuth.h"
 #include "ui/MessageDialog.h"
@@ -50,26 +51,6 @@ constexpr const char* kPinFooter =
     "{align:left}{color:black>}<F3>{/color} {color:dark-grey}Switch PIN/Password Login{/color}{/align}"
     "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
     "{color:dark-grey}Cancel{/color}{/align}";
-
-constexpr int kEsc = 27;
-constexpr int kTab = 9;
-
-bool IsEnter(int key) { return key == '\n' || key == '\r' || key == KEY_ENTER; }
-
-bool IsEditingKey(int key) {
-  switch (key) {
-    case 8:
-    case KEY_BACKSPACE:
-    case KEY_DC:
-    case KEY_LEFT:
-    case KEY_RIGHT:
-    case KEY_HOME:
-    case KEY_END:
-      return true;
-    default:
-      return key >= 32 && key < 127;
-  }
-}
 
 }  // namespace
 
@@ -201,16 +182,16 @@ int LoginDialog::EventLoop() {
     const int last = LineCount() - 1;
     Item* focused = list_->FocusedItem();
 
-    if (key == kEsc) {
+    if (key == kKeyEsc) {
       ShowCursor(false);
       SetActive(false);
       return 0;
     }
-    if (IsEnter(key) && keyboardLine_ && focused == keyboardLine_.get()) {
+    if (IsEnterKey(key) && keyboardLine_ && focused == keyboardLine_.get()) {
       ChooseKeyboard();
-    } else if (IsEnter(key) && line == last) {
+    } else if (IsEnterKey(key) && line == last) {
       if (TryLogin()) return 1;
-    } else if (key == kTab || IsEnter(key)) {
+    } else if (key == kKeyTab || IsEnterKey(key)) {
       FocusLine(line < last ? line + 1 : 0);
     } else if (key == KEY_DOWN) {
       list_->Down();

@@ -61,10 +61,10 @@ inline int RunDialogChild(const DialogChildSetup& setup, const std::function<int
     runtime.topFrame = &backdrop;
     result = run(backdrop);
     const Konu::Session& session = runtime.session;
-    backdrop.Say("RESULT=" + std::to_string(result) + " USER=" + session.user +
-                 " CARD=" + std::to_string(session.smartCardLogin) +
-                 " EMPTY=" + std::to_string(session.emptyPassword));
-    UiCurses::HoldUntil('q');
+    backdrop.Say("RESULT=" + std::to_string(result) + " USER=" + session.user + " CARD=" +
+                 std::to_string(session.smartCardLogin) + " EMPTY=" + std::to_string(session.emptyPassword));
+    while (backdrop.GetKey(false) != 'q') {  // polls, as the console waits for keys
+    }
   }
   return result;
 }

@@ -32,7 +32,10 @@ class Keyboard : public SimHostFixture {
     ASSERT_TRUE(WaitUntilWaitingForKey(term));
   }
 
+  // Leaves the child once it shows its result.
   static void Finish(Terminal& term, int expected) {
+    ASSERT_TRUE(term.WaitForText("RESULT=" + std::to_string(expected))) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
     term.Press("q");
     int status = -1;
     ASSERT_TRUE(term.WaitForExit(5000, &status));
@@ -40,11 +43,13 @@ class Keyboard : public SimHostFixture {
     EXPECT_EQ(expected, WEXITSTATUS(status));
   }
 
-  static bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+  static bool Has(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+  }
   std::string Current() const { return State("/keyboard/current").get<std::string>(); }
   std::string Loaded() const {
-    nlohmann::json loaded = State("/keyboard/loaded");
-    return loaded.is_string() ? loaded.get<std::string>() : "";
+    nlohmann::json keyboard = State("/keyboard");
+    return keyboard.contains("loaded") ? keyboard["loaded"].get<std::string>() : "";
   }
   static int Marks(const Terminal& term) {
     std::string screen = term.Screen();
@@ -159,6 +164,32 @@ TEST_F(Keyboard, LoginKeyboardLineOpensTheDialogAndShowsTheNewLayout) {
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root")) << term.Screen();
   Finish(term, 1);
+}
+
+}  // namespace
+
+// The keyboard line of the console's own login form on a local console.
+namespace {
+
+TEST_F(Keyboard, ConsoleLoginKeyboardLineAppliesTheMarkedLayoutToTheHost) {
+  Terminal term(24, 80);
+  term.Spawn({KONU_BIN, "--host-root", Root()}, {"TERM=xterm", "ESCDELAY=25", "LANG=C.UTF-8"});
+  ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("F2");
+  ASSERT_TRUE(term.WaitForText("Configured Keyboard (US Default)")) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText("Configure Keyboard")) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  for (int i = 0; i < 7; ++i) term.Press("Down");
+  term.Press("Space");
+  ASSERT_TRUE(term.WaitForText("(o) French")) << term.Screen();
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText("Configured Keyboard (French)")) << term.Screen();
+  EXPECT_EQ("French", Current());
+  EXPECT_EQ("French", Loaded());
+  EXPECT_TRUE(Has(Syslog(), "Keyboard Layout changed to French")) << Syslog();
 }
 
 }  // namespace

@@ -109,8 +109,9 @@ class PamRequests : public ::testing::Test {
 
   void AddUser(const std::string& name, const std::string& password, bool denied, bool expired) {
     Sim::StateFile(host.Root()).Update([&](nlohmann::json& state) {
-      state["users"][name] = {{"password", password}, {"uid", 600},           {"denied", denied},
-                              {"expired", expired},   {"serviceAccount", false}, {"qal", true}};
+      state["users"][name] = {{"password", password},    {"uid", 600},
+                              {"denied", denied},        {"expired", expired},
+                              {"serviceAccount", false}, {"qal", true}};
     });
   }
   std::string Password(const std::string& name) {
