@@ -21,6 +21,7 @@ struct Session {
   bool deferredExit = false;    // SIGUSR2 arrived during the session
   unsigned idleTimeout = 600;   // seconds, 0 = never
   std::string cardUserId;       // user id of the last smart card found outside a session
+  bool emptyPassword = false;   // the user logged in with an empty password (the menu warns)
 };
 
 class Runtime {

@@ -52,6 +52,19 @@ bool CardOfUserPresent(const std::string& user) {
 }
 }  // namespace
 
+void SetLoggedInUser(const std::string& name) {
+  Session& session = Runtime::Get().session;
+  session.user = name;
+  try {
+    session.smartCardLogin = CardOfUserPresent(name);
+  } catch (const HostCtl::Lib::HostCtlException& e) {
+    Log(LOG_WARNING, "Smart card check failed: %s", e.what());
+    session.smartCardLogin = false;
+  }
+}
+
+bool CardUserPresent() { return !Runtime::Get().session.cardUserId.empty(); }
+
 void CheckSmartCard() {
   Session& session = Runtime::Get().session;
   try {
@@ -64,9 +77,10 @@ void CheckSmartCard() {
       Log(LOG_INFO, "Logging out user id '%s'", session.user.c_str());
       exit(0);
     }
-  } catch (const HostCtl::Lib::HostCtlException& e) {
-    // A reader that cannot be asked leaves the session as it is.
-    Log(LOG_WARNING, "Smart card check failed: %s", e.what());
+  } catch (const HostCtl::Lib::HostCtlException&) {
+    // No user id from a reader that cannot be asked; a session goes on as it is.
+    Log(LOG_ERR, "Error trying to lookup smart card tokens.");
+    if (!session.active) session.cardUserId.clear();
   }
 }
 

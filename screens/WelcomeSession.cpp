@@ -1,0 +1,84 @@
+// The console session run from the welcome screen: login, the customisation menu or the
+// shutdown dialog, logout with its log line and audit record, the idle time-out and the
+// exit deferred until the session ends.
+#include <syslog.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "app/KonuTimeout.h"
+#include "app/Runtime.h"
+#include "app/Session.h"
+#include "host/HostRoot.h"
+#include "host/Log.h"
+#include "ops/Events.h"
+#include "screens/LoginDialog.h"
+#include "screens/LoginDisabledDialog.h"
+#include "screens/SessionScreens.h"
+#include "screens/WelcomeWindow.h"
+
+namespace Konu {
+namespace {
+
+// Present when console login is allowed.
+constexpr const char kShowLoginMarker[] = "/var/run/corbel/show-konu-login";
+
+constexpr const char kLogoutRecord[] = "login.disconnect";
+
+std::unique_ptr<Frame> MakeLogin(Frame* owner) {
+  if (access(HostPath(kShowLoginMarker).c_str(), F_OK) == 0) return std::make_unique<LoginDialog>(owner);
+  return std::make_unique<LoginDisabledDialog>(owner);
+}
+
+}  // namespace
+
+void WelcomeWindow::RunSession(bool customize) {
+  std::unique_ptr<Frame> login = MakeLogin(this);
+  try {
+    if (login->RunModal() == 1) {
+      if (customize) {
+        RunCustomization();
+      } else {
+        RunShutdown();
+      }
+    }
+  } catch (const KonuTimeout&) {
+    // The login form or the shutdown dialog was left alone too long: back to the welcome
+    // screen. Nobody had entered the customisation screens, so no session ends here.
+    SetActive(true);
+    Redraw();
+  }
+  login.reset();
+  SetSessionActive(false);
+  if (Runtime::Get().session.deferredExit) std::exit(0);
+}
+
+void WelcomeWindow::RunCustomization() {
+  const std::string user = Runtime::Get().session.user;
+  SetSessionActive(true);
+  std::unique_ptr<Frame> menu = MakeCustomizationWindow(this);
+  try {
+    menu->RunModal();
+  } catch (const KonuTimeout&) {
+    menu.reset();
+    Log(LOG_INFO, "User %s logged out due to time out", user.c_str());
+    WriteAudit(kLogoutRecord, user, 1, {{"reason", "Time out"}});
+    SetActive(true);
+    Redraw();
+    return;
+  }
+  SetSessionActive(false);
+  Log(LOG_INFO, "User %s logged out", user.c_str());
+  WriteAudit(kLogoutRecord, user, 1, {{"reason", "Session closed"}});
+  Redraw();
+  menu.reset();
+}
+
+void WelcomeWindow::RunShutdown() {
+  std::unique_ptr<Frame> dialog = MakeShutdownDialog(this);
+  dialog->RunModal();
+  Redraw();
+  dialog.reset();
+}
+
+}  // namespace Konu

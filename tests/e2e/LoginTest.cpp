@@ -1,0 +1,485 @@
+// The login form on a fresh simulated host: its two forms, the outcome of each attempt on
+// screen and in the syslog, audit and event logs, the expired-password path and the
+// disabled-login refusal: first the dialogs alone in a forked child over a plain frame,
+// then the same paths through the console's welcome screen.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+
+#include "screens/LoginDialog.h"
+#include "screens/LoginDisabledDialog.h"
+#include "tests/e2e/DialogChild.h"
+#include "tests/harness/SimHost.h"
+#include "tests/harness/SimHostFixture.h"
+
+namespace {
+
+using KonuTest::DialogChildSetup;
+using KonuTest::SimHostFixture;
+using KonuTest::Terminal;
+
+class Login : public SimHostFixture {
+ protected:
+  // Starts the login dialog in `term`; waits until it reads keys.
+  void OpenLogin(Terminal& term, bool localConsole = false) {
+    DialogChildSetup setup{Root(), localConsole, ""};
+    term.Fork(
+        [setup] {
+          return KonuTest::RunDialogChild(setup, [](Konu::Frame& owner) {
+            Konu::LoginDialog login(&owner);
+            return login.RunModal();
+          });
+        },
+        KonuTest::UiEnv());
+    ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  }
+
+  // Types the secret (the name field is focused first) and presses Enter twice: once to
+  // reach the secret field, once to log in.
+  void Attempt(Terminal& term, const std::string& name, const std::string& secret) {
+    if (name != "root") term.Type(name);
+    term.Press("Enter");
+    term.Type(secret);
+    term.Press("Enter");
+  }
+
+  // Closes the message dialog with Enter once it shows `text`.
+  void Acknowledge(Terminal& term, const std::string& text) {
+    ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    term.Press("Enter");
+    ASSERT_TRUE(term.WaitForNoText(text)) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  }
+
+  void AddUser(const std::string& name, const std::string& password, bool denied, bool expired) {
+    SetState("/users/" + name, {{"password", password},
+                                {"uid", 600},
+                                {"denied", denied},
+                                {"expired", expired},
+                                {"serviceAccount", false},
+                                {"qal", true}});
+  }
+
+  // Leaves the child once it shows its result.
+  static void Finish(Terminal& term, int expected) {
+    ASSERT_TRUE(term.WaitForText("RESULT=" + std::to_string(expected))) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    term.Press("q");
+    int status = -1;
+    ASSERT_TRUE(term.WaitForExit(5000, &status));
+    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(expected, WEXITSTATUS(status));
+  }
+
+  static bool Has(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+  }
+};
+
+TEST_F(Login, PasswordFormShowsItsTextsFieldsAndFooterWithoutKeyboardLineOnARemoteTerminal) {
+  Terminal term(24, 80);
+  OpenLogin(term);
+  const std::string screen = term.Screen();
+  EXPECT_TRUE(Has(screen, "Enter an authorized login name and password for")) << screen;
+  EXPECT_TRUE(Has(screen, "konu-host.example.test.")) << screen;
+  EXPECT_TRUE(Has(screen, "Login Name:")) << screen;
+  EXPECT_TRUE(Has(screen, "[ root")) << screen;
+  EXPECT_TRUE(Has(screen, "Password:")) << screen;
+  EXPECT_TRUE(Has(screen, "<Enter> OK  <Esc> Cancel")) << screen;
+  EXPECT_FALSE(Has(screen, "Configured Keyboard")) << screen;
+  EXPECT_FALSE(Has(screen, "<F3>")) << screen;
+  term.Press("Esc");
+  ASSERT_TRUE(term.WaitForText("RESULT=0 USER= ")) << term.Screen();
+  Finish(term, 0);
+}
+
+TEST_F(Login, KeyboardLineOnTheLocalConsoleShowsTheConfiguredLayout) {
+  Terminal term(24, 80);
+  OpenLogin(term, /*localConsole=*/true);
+  EXPECT_TRUE(Has(term.Screen(), "Configured Keyboard (US Default)")) << term.Screen();
+  term.Press("Esc");
+  ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
+  Finish(term, 0);
+}
+
+TEST_F(Login, NoDomainStillEndsWithTwoDots) {
+  SetState("/host/domain", "");
+  Terminal term(24, 80);
+  OpenLogin(term);
+  EXPECT_TRUE(Has(term.Screen(), "konu-host..")) << term.Screen();
+  term.Press("Esc");
+  Finish(term, 0);
+}
+
+TEST_F(Login, WrongPasswordIsRefusedLoggedAuditedAndPostedAndEmptiesOnlyTheSecret) {
+  Terminal term(24, 80);
+  OpenLogin(term);
+  Attempt(term, "root", "wrong");
+  ASSERT_TRUE(term.WaitForText("Authentication failed")) << term.Screen();
+  EXPECT_TRUE(Has(term.Screen(), "Invalid login or password.")) << term.Screen();
+  Acknowledge(term, "Invalid login or password.");
+  int row = 0, col = 0;
+  ASSERT_TRUE(term.Find("Password:", &row, &col)) << term.Screen();
+  EXPECT_EQ(std::string::npos, term.Row(row).find('*')) << "secret emptied: " << term.Row(row);
+  ASSERT_TRUE(term.Find("Login Name:", &row, &col));
+  EXPECT_NE(std::string::npos, term.Row(row).find("[ root")) << "name kept: " << term.Row(row);
+
+  const std::string syslog = Syslog();
+  EXPECT_TRUE(Has(syslog, "<35>")) << syslog;  // auth facility, error
+  EXPECT_TRUE(Has(syslog, "KONU[")) << syslog;
+  EXPECT_TRUE(Has(syslog, "]: Authentication of user root failed")) << syslog;
+  EXPECT_TRUE(Has(ReadFile("var/log/audit.log"),
+                  "login.connect user=\"root\" origin=\"\" success=0 reason=\"Invalid Login\""))
+      << ReadFile("var/log/audit.log");
+  EXPECT_TRUE(Has(ReadFile("var/log/zebd.log"),
+                  "@&!*@*@(zeb.user.konu.login.failed)Authentication of user root failed"))
+      << ReadFile("var/log/zebd.log");
+
+  // Still open: the right password now logs in.
+  term.Press("Up");
+  term.Press("Enter");
+  term.Type("konu");
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root CARD=0 EMPTY=0")) << term.Screen();
+  Finish(term, 1);
+}
+
+TEST_F(Login, RightPasswordLogsInWithEmergencyAuthLineInfoLineAndAuditRecord) {
+  Terminal term(24, 80);
+  OpenLogin(term);
+  Attempt(term, "root", "konu");
+  ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root CARD=0 EMPTY=0")) << term.Screen();
+  const std::string syslog = Syslog();
+  const size_t auth = syslog.find("Authentication of user root succeeded");
+  ASSERT_NE(std::string::npos, auth) << syslog;
+  EXPECT_EQ("<32>", syslog.substr(syslog.rfind('\n', auth) + 1, 4)) << syslog;
+  const size_t info = syslog.find("User root logged in");
+  ASSERT_NE(std::string::npos, info) << syslog;
+  EXPECT_EQ("<14>", syslog.substr(syslog.rfind('\n', info) + 1, 4)) << syslog;
+  EXPECT_TRUE(Has(ReadFile("var/log/audit.log"), "login.connect user=\"root\" origin=\"\" success=1"))
+      << ReadFile("var/log/audit.log");
+  EXPECT_FALSE(Has(ReadFile("var/log/zebd.log"), "login.failed")) << "no event for a success";
+  Finish(term, 1);
+}
+
+TEST_F(Login, EmptyPasswordLoginSetsTheFlag) {
+  AddUser("blank", "", false, false);
+  Terminal term(24, 80);
+  OpenLogin(term);
+  Attempt(term, "blank", "");
+  // The host's stack accepts the account's empty password; the session notes it for the
+  // menu's warning.
+  ASSERT_TRUE(term.WaitForText("RESULT=1 USER=blank CARD=0 EMPTY=1")) << term.Screen();
+  Finish(term, 1);
+}
+
+TEST_F(Login, DeniedUserGetsNoPermission) {
+  AddUser("dave", "secret1", /*denied=*/true, false);
+  Terminal term(24, 80);
+  OpenLogin(term);
+  Attempt(term, "dave", "secret1");
+  ASSERT_TRUE(term.WaitForText("User does not have permission to login to KONU.")) << term.Screen();
+  Acknowledge(term, "User does not have permission to login to KONU.");
+  EXPECT_TRUE(Has(Syslog(), "Access denied for user dave")) << Syslog();
+  EXPECT_TRUE(Has(ReadFile("var/log/audit.log"), "success=0 reason=\"No permission\""));
+  EXPECT_TRUE(
+      Has(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user dave"));
+  term.Press("Esc");
+  ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
+  Finish(term, 0);
+}
+
+TEST_F(Login, ExpiredPasswordGoesThroughThePasswordDialogThenTheNewPasswordLogsIn) {
+  AddUser("erin", "old-pass", false, /*expired=*/true);
+  Terminal term(24, 80);
+  OpenLogin(term);
+  Attempt(term, "erin", "old-pass");
+  ASSERT_TRUE(term.WaitForText("Password has expired.")) << term.Screen();
+  EXPECT_TRUE(Has(term.Screen(), "You will be prompted to set a new password and then login again."))
+      << term.Screen();
+  Acknowledge(term, "Password has expired.");
+  ASSERT_TRUE(term.WaitForText("Configure Password")) << term.Screen();
+  term.Type("old-pass");
+  term.Press("Enter");
+  term.Type("new-pass");
+  term.Press("Enter");
+  term.Type("new-pass");
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForNoText("Old Password:")) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  EXPECT_EQ("new-pass", State("/users/erin/password"));
+  EXPECT_EQ(false, State("/users/erin/expired"));
+  EXPECT_TRUE(Has(Syslog(), "Password has expired for user erin")) << Syslog();
+  EXPECT_TRUE(
+      Has(ReadFile("var/log/audit.log"), "user=\"erin\" origin=\"\" success=0 reason=\"Password expired\""));
+  EXPECT_TRUE(
+      Has(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user erin"));
+
+  // Back in the login form with the secret emptied: log in again with the new password.
+  ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
+  term.Type("new-pass");
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText("RESULT=1 USER=erin")) << term.Screen();
+  Finish(term, 1);
+}
+
+TEST_F(Login, CardPresentOpensThePinFormWithTheCardsLoginIdAndF3Flips) {
+  ASSERT_EQ(
+      0, KonuTest::RunCommandLine({KONU_HOSTSIM_BIN, "--root", Root(), "card", "insert", "root"}).exitCode);
+  Terminal term(24, 80);
+  OpenLogin(term);
+  std::string screen = term.Screen();
+  EXPECT_TRUE(Has(screen, "Enter the smart card login PIN for")) << screen;
+  EXPECT_TRUE(Has(screen, "konu-host.example.test.")) << screen;
+  EXPECT_TRUE(Has(screen, "Login Id:")) << screen;
+  EXPECT_TRUE(Has(screen, "PIN:")) << screen;
+  EXPECT_TRUE(Has(screen, "<F3> Switch PIN/Password Login")) << screen;
+  EXPECT_TRUE(Has(Syslog(), "Found smart card with user id 'root'")) << Syslog();
+
+  term.Press("F3");
+  ASSERT_TRUE(term.WaitForText("Login Name:")) << term.Screen();
+  EXPECT_FALSE(Has(term.Screen(), "<F3>")) << term.Screen();
+  term.Press("F3");
+  ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();
+
+  // A wrong PIN is an invalid login like a wrong password.
+  term.Press("Enter");
+  term.Type("0000");
+  term.Press("Enter");
+  Acknowledge(term, "Invalid login or password.");
+  term.Type("konu");
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root CARD=1")) << term.Screen();
+  Finish(term, 1);
+}
+
+TEST_F(Login, F3WithoutACardGivesAnEmptyLoginId) {
+  Terminal term(24, 80);
+  OpenLogin(term);
+  term.Press("F3");
+  ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();
+  int row = 0, col = 0;
+  ASSERT_TRUE(term.Find("Login Id:", &row, &col));
+  EXPECT_EQ(std::string::npos, term.Row(row).find("root")) << term.Row(row);
+  term.Press("Esc");
+  Finish(term, 0);
+}
+
+TEST_F(Login, DisabledDialogRefusesUntilEnter) {
+  Terminal term(24, 80);
+  DialogChildSetup setup{Root(), false, ""};
+  term.Fork(
+      [setup] {
+        return KonuTest::RunDialogChild(setup, [](Konu::Frame& owner) {
+          Konu::LoginDisabledDialog refusal(&owner);
+          return refusal.RunModal();
+        });
+      },
+      KonuTest::UiEnv());
+  ASSERT_TRUE(term.WaitForText("Authentication Denied")) << term.Screen();
+  ASSERT_TRUE(term.WaitForText("konu-host.example.test.")) << term.Screen();
+  EXPECT_TRUE(Has(term.Screen(), "Direct console access has been disabled by the")) << term.Screen();
+  EXPECT_TRUE(Has(term.Screen(), "administrator for konu-host.example.test.")) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("Esc");
+  term.Press("x");
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  EXPECT_FALSE(Has(term.Screen(), "RESULT=")) << "only Enter closes it";
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
+  Finish(term, 0);
+}
+
+}  // namespace
+
+// The same login through the console itself: F2 on the welcome screen.
+namespace {
+
+using KonuTest::SimHostFixture;
+using KonuTest::Terminal;
+
+constexpr const char kMenuTitle[] = "System Customization";
+
+bool Contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+class ConsoleLogin : public SimHostFixture {
+ protected:
+  void Start(Terminal& term, const std::vector<std::string>& env = {}) {
+    if (env.empty()) {
+      StartKonu(term);
+    } else {
+      term.Spawn({KONU_BIN, "--host-root", Root()}, env);
+    }
+    ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  }
+  void OpenLogin(Terminal& term) {
+    term.Press("F2");
+    ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  }
+  // From the name field: Enter to the secret, the secret, Enter.
+  void Submit(Terminal& term, const std::string& name, const std::string& secret) {
+    if (!name.empty()) term.Type(name);
+    term.Press("Enter");
+    term.Type(secret);
+    term.Press("Enter");
+  }
+  void Acknowledge(Terminal& term, const std::string& text) {
+    ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    term.Press("Enter");
+    ASSERT_TRUE(term.WaitForNoText(text)) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  }
+  void AddUser(const std::string& name, const std::string& password, bool denied, bool expired) {
+    SetState("/users/" + name, {{"password", password},
+                                {"uid", 600},
+                                {"denied", denied},
+                                {"expired", expired},
+                                {"serviceAccount", false},
+                                {"qal", true}});
+  }
+  void Card(const std::vector<std::string>& words) const {
+    std::vector<std::string> argv = {KONU_HOSTSIM_BIN, "--root", Root(), "card"};
+    argv.insert(argv.end(), words.begin(), words.end());
+    ASSERT_EQ(0, KonuTest::RunCommandLine(argv).exitCode);
+  }
+};
+
+TEST_F(ConsoleLogin, WithoutTheMarkerFileF2OpensTheRefusalNeverTheForm) {
+  ASSERT_EQ(0, std::remove(HostFile("var/run/corbel/show-konu-login").c_str()));
+  Terminal term(24, 80);
+  Start(term);
+  term.Press("F2");
+  ASSERT_TRUE(term.WaitForText("Authentication Denied")) << term.Screen();
+  EXPECT_FALSE(Contains(term.Screen(), "Authentication Required")) << term.Screen();
+  EXPECT_FALSE(Contains(term.Screen(), "Login Name:")) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForNoText("Authentication Denied")) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("F12");
+  ASSERT_TRUE(term.WaitForText("Authentication Denied")) << term.Screen();
+  EXPECT_FALSE(Contains(ReadFile("var/log/audit.log"), "login.connect"));
+}
+
+TEST_F(ConsoleLogin, WrongThenRightPasswordOpensTheMenuWithEveryRecord) {
+  Terminal term(24, 80);
+  Start(term);
+  OpenLogin(term);
+  Submit(term, "", "wrong");
+  Acknowledge(term, "Invalid login or password.");
+  int row = 0, col = 0;
+  ASSERT_TRUE(term.Find("Login Name:", &row, &col)) << term.Screen();
+  EXPECT_TRUE(Contains(term.Row(row), "[ root")) << term.Row(row);
+  ASSERT_TRUE(term.Find("Password:", &row, &col));
+  EXPECT_FALSE(Contains(term.Row(row), "*")) << term.Row(row);
+  EXPECT_TRUE(Contains(Syslog(), "Authentication of user root failed")) << Syslog();
+  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"),
+                       "login.connect user=\"root\" origin=\"\" success=0 reason=\"Invalid Login\""));
+  EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"),
+                       "@&!*@*@(zeb.user.konu.login.failed)Authentication of user root failed"));
+
+  // The focus stays on the secret field.
+  term.Type("konu");
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
+  EXPECT_TRUE(Contains(Syslog(), "Authentication of user root succeeded")) << Syslog();
+  EXPECT_TRUE(Contains(Syslog(), "User root logged in")) << Syslog();
+  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"), "login.connect user=\"root\" origin=\"\" success=1"));
+}
+
+TEST_F(ConsoleLogin, DeniedUserIsRefused) {
+  AddUser("dave", "secret1", true, false);
+  Terminal term(24, 80);
+  Start(term);
+  OpenLogin(term);
+  Submit(term, "dave", "secret1");
+  Acknowledge(term, "User does not have permission to login to KONU.");
+  EXPECT_TRUE(Contains(term.Screen(), "Authentication Required"));
+  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"),
+                       "user=\"dave\" origin=\"\" success=0 reason=\"No permission\""));
+}
+
+TEST_F(ConsoleLogin, ExpiredUserSetsANewPasswordAndThenLogsInWithIt) {
+  AddUser("erin", "old-pass", false, true);
+  Terminal term(24, 80);
+  Start(term);
+  OpenLogin(term);
+  Submit(term, "erin", "old-pass");
+  Acknowledge(term, "Password has expired.");
+  ASSERT_TRUE(term.WaitForText("Old Password:")) << term.Screen();
+  term.Type("old-pass");
+  term.Press("Enter");
+  term.Type("new-pass");
+  term.Press("Enter");
+  term.Type("new-pass");
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForNoText("Old Password:")) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  EXPECT_TRUE(Contains(Journal(), "backup.sh")) << Journal();
+  EXPECT_TRUE(Contains(Syslog(), "Login password for user erin has changed")) << Syslog();
+
+  term.Type("old-pass");  // the old password no longer works
+  term.Press("Enter");
+  Acknowledge(term, "Invalid login or password.");
+  term.Type("new-pass");
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
+  EXPECT_TRUE(Contains(Syslog(), "User erin logged in")) << Syslog();
+}
+
+TEST_F(ConsoleLogin, CardInsertedOnTheWelcomeScreenSwitchesTheFormToPinAndF3Flips) {
+  Terminal term(24, 80);
+  Start(term);
+  Card({"insert", "root"});
+  ASSERT_TRUE(term.WaitFor([&] { return Contains(Syslog(), "Found smart card with user id 'root'"); }))
+      << Syslog();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  OpenLogin(term);
+  ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();
+  int row = 0, col = 0;
+  ASSERT_TRUE(term.Find("Login Id:", &row, &col));
+  EXPECT_TRUE(Contains(term.Row(row), "[ root")) << term.Row(row);
+  EXPECT_TRUE(Contains(term.Screen(), "PIN:"));
+  term.Press("F3");
+  ASSERT_TRUE(term.WaitForText("Login Name:")) << term.Screen();
+  term.Press("F3");
+  ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();
+  Submit(term, "", "konu");
+  ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+
+  Card({"remove"});
+  int status = -1;
+  ASSERT_TRUE(term.WaitForExit(5000, &status)) << term.Screen();
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  EXPECT_TRUE(Contains(Syslog(), "Logging out user id 'root'")) << Syslog();
+}
+
+TEST_F(ConsoleLogin, KeyboardLineOnlyOnALocalConsole) {
+  {
+    Terminal remote(24, 80);
+    Start(remote);
+    OpenLogin(remote);
+    EXPECT_FALSE(Contains(remote.Screen(), "Configured Keyboard")) << remote.Screen();
+  }
+  {
+    Terminal overSsh(24, 80);
+    Start(overSsh, {"TERM=xterm", "SSH_CLIENT=10.0.0.1 5000 22", "ESCDELAY=25", "LANG=C.UTF-8"});
+    OpenLogin(overSsh);
+    EXPECT_FALSE(Contains(overSsh.Screen(), "Configured Keyboard")) << overSsh.Screen();
+  }
+  Terminal local(24, 80);
+  Start(local, {"TERM=xterm", "ESCDELAY=25", "LANG=C.UTF-8"});
+  OpenLogin(local);
+  EXPECT_TRUE(Contains(local.Screen(), "Configured Keyboard (US Default)")) << local.Screen();
+}
+
+}  // namespace

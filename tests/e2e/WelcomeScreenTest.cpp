@@ -1,0 +1,239 @@
+// The welcome screen in a pseudo-terminal on a fresh simulated host: the host's facts, the
+// management URLs and their marks, warnings, the IPv6 line rule, the no-adapter text and its
+// alert, the custom welcome message with its variables, and the login refusal.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tests/harness/SimHostFixture.h"
+
+namespace {
+
+using KonuTest::SimHostFixture;
+using KonuTest::Terminal;
+
+// The text at (row, col), `width` columns, without trailing blanks.
+std::string TextAt(const Terminal& term, int row, int col, int width) {
+  std::string text = term.Region(row, col, 1, width);
+  text.erase(text.find_last_not_of(' ') + 1);
+  return text;
+}
+
+// What a machine command printed on its standard output.
+std::string CommandOutput(const std::string& command) {
+  std::string out;
+  if (FILE* pipe = popen(command.c_str(), "r")) {
+    char buffer[512];
+    while (size_t n = fread(buffer, 1, sizeof buffer, pipe)) out.append(buffer, n);
+    pclose(pipe);
+  }
+  return out;
+}
+
+class WelcomeScreen : public SimHostFixture {
+ protected:
+  // Starts the console and waits until its welcome screen waits for a key.
+  void Start(Terminal& term, const std::string& firstText) {
+    StartKonu(term);
+    ASSERT_TRUE(term.WaitForText(firstText)) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  }
+  // Presses a key that only refreshes the screen and waits for `text` to appear.
+  void RefreshUntil(Terminal& term, const std::string& text) {
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    term.Press("x");
+    ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  }
+  void SetIpv6Addresses(const std::vector<std::string>& addresses) {
+    nlohmann::json list = nlohmann::json::array();
+    for (const std::string& a : addresses) list.push_back({{"address", a}, {"prefixLength", 64}});
+    SetState("/network/nukNics/nuk0/ipv6/addresses", list);
+  }
+};
+
+TEST_F(WelcomeScreen, StandardLayoutShowsTheHostAndHowToReachIt) {
+  Terminal term(24, 80);
+  Start(term, ProductLine());
+  // Upper half: product, hardware, CPU and memory at column 8.
+  EXPECT_EQ(TextAt(term, 5, 8, 64), ProductLine());
+  EXPECT_EQ(TextAt(term, 7, 8, 64), "Tessera Computing Inc. Tessera TX740 Server");
+  EXPECT_EQ(TextAt(term, 9, 8, 64), "2 x Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz");
+  EXPECT_EQ(TextAt(term, 10, 8, 64), "128 GiB Memory");
+  // Lower half from row 12: the management text at its row 1.
+  EXPECT_EQ(TextAt(term, 13, 8, 64), "To manage this host, go to:");
+  EXPECT_EQ(TextAt(term, 14, 8, 64), "https://konu-host/");
+  EXPECT_EQ(TextAt(term, 15, 8, 64), "https://10.0.0.5/ (STATIC)");
+  // IPv6 is on: the addresses sorted as text, the link-local one without a mark.
+  EXPECT_EQ(TextAt(term, 16, 8, 64), "https://[2001:db8:10::50]/ (STATIC)");
+  EXPECT_EQ(TextAt(term, 17, 8, 64), "https://[2001:db8:10::5]/ (STATIC)");
+  EXPECT_EQ(TextAt(term, 18, 8, 64), "https://[fe80::250:56ff:fe6a:1005]/");
+  // The footer on the lower half's second row from the bottom: F2 left, F12 right-aligned.
+  EXPECT_EQ(TextAt(term, 22, 2, 31), "<F2> Customize System/View Logs");
+  EXPECT_EQ(term.Region(22, 54, 1, 24), " <F12> Shut Down/Restart")
+      << "ends at the footer's right edge, column 77";
+  // Colours: white on dark grey above, on yellow below; key labels in dark grey.
+  EXPECT_EQ(term.Colors(5, 8).background, 6);
+  EXPECT_EQ(term.Colors(5, 8).foreground, 7);
+  EXPECT_EQ(term.Colors(13, 8).background, 3);
+  EXPECT_EQ(term.Colors(22, 2).foreground, 7) << "<F2> in the normal colour";
+  EXPECT_EQ(term.Colors(22, 7).foreground, 6) << "its text in dark grey";
+}
+
+TEST_F(WelcomeScreen, HardwareLineShowsTheProductAloneWhenItBeginsWithTheVendor) {
+  SetState("/hardware/vendor", "  Tessera ");
+  SetState("/hardware/product", " Tessera TX740 Server  ");
+  SetState("/hardware/cpuPackages", 1);
+  SetState("/hardware/cpuModel", "  Xeon Gold 6130 ");
+  SetState("/hardware/memoryBytes", 1073741823);
+  Terminal term(24, 80);
+  Start(term, ProductLine());
+  EXPECT_EQ(TextAt(term, 7, 8, 64), "Tessera TX740 Server");
+  EXPECT_EQ(TextAt(term, 9, 8, 64), "Xeon Gold 6130") << "one package: no count";
+  EXPECT_EQ(TextAt(term, 10, 8, 64), "1024 MiB Memory");
+
+  SetState("/hardware/memoryBytes", 1073741824);
+  RefreshUntil(term, "1 GiB Memory");
+}
+
+TEST_F(WelcomeScreen, HostNameLocalhostGivesNoHostNameLine) {
+  SetState("/host/hostname", "localhost");
+  Terminal term(24, 80);
+  Start(term, ProductLine());
+  EXPECT_EQ(TextAt(term, 13, 8, 64), "To manage this host, go to:");
+  EXPECT_EQ(TextAt(term, 14, 8, 64), "https://10.0.0.5/ (STATIC)");
+  EXPECT_FALSE(term.WaitForText("https://localhost", 0));
+
+  // The facts are read afresh at every draw: any key brings a new host name.
+  SetState("/host/hostname", "esx-07");
+  RefreshUntil(term, "https://esx-07/");
+  EXPECT_EQ(TextAt(term, 15, 8, 64), "https://10.0.0.5/ (STATIC)");
+}
+
+TEST_F(WelcomeScreen, DhcpInterfaceCarriesTheDhcpMark) {
+  SetState("/network/nukNics/nuk0/ipv4/dhcp", true);
+  SetState("/network/nukNics/nuk0/ipv4Lease", {{"address", "10.0.0.77"}, {"netmask", "255.255.255.0"}});
+  Terminal term(40, 100);
+  Start(term, ProductLine());
+  EXPECT_TRUE(term.WaitForText("https://10.0.0.77/ (DHCP)", 0)) << term.Screen();
+  EXPECT_FALSE(term.WaitForText("Warning:", 0)) << term.Screen();
+}
+
+TEST_F(WelcomeScreen, DhcpFailureWarnsAndAuditModeTakesThePlaceOfTheWarning) {
+  SetState("/network/nukNics/nuk0/ipv4/dhcp", true);
+  SetState("/network/nukNics/nuk0/ipv4Lease", {{"address", "0.0.0.0"}, {"netmask", "0.0.0.0"}});
+  Terminal term(40, 100);  // tall enough for the whole six-row warning area
+  Start(term, ProductLine());
+  EXPECT_TRUE(term.WaitForText("https://0.0.0.0/ (Waiting for DHCP...)", 0)) << term.Screen();
+  int row = 0, col = 0;
+  ASSERT_TRUE(term.Find("Warning: DHCP lookup failed.", &row, &col)) << term.Screen();
+  EXPECT_EQ(row, 20 + 9) << "row 9 of the lower half";
+  EXPECT_EQ(col, 16);
+  EXPECT_EQ(term.Colors(row, col).foreground, 6);
+  EXPECT_TRUE(term.WaitForText("customize its network configuration.", 0)) << "wrapped, not cut";
+
+  SetState("/bootOption", 1);
+  RefreshUntil(term, "Warning: Host is running in audit mode.");
+  EXPECT_FALSE(term.WaitForText("DHCP lookup failed", 0)) << term.Screen();
+  EXPECT_TRUE(term.WaitForText("(Waiting for DHCP...)", 0));
+}
+
+TEST_F(WelcomeScreen, AuditModeWarnsOnAStaticHostToo) {
+  SetState("/bootOption", 1);
+  Terminal term(40, 100);
+  Start(term, ProductLine());
+  EXPECT_TRUE(term.WaitForText("Warning: Host is running in audit mode.", 0)) << term.Screen();
+}
+
+TEST_F(WelcomeScreen, FiveIpv6AddressesAreShownWholeSixAsFourSortedLinesAndDots) {
+  SetState("/host/hostname", "localhost");  // leaves room for five lines in the seven-row text
+  SetIpv6Addresses({"2001:db8::e", "2001:db8::c", "2001:db8::a", "2001:db8::d", "2001:db8::b"});
+  Terminal term(24, 80);
+  Start(term, ProductLine());
+  const char* five[] = {"a", "b", "c", "d", "e"};
+  for (int i = 0; i < 5; ++i) {
+    EXPECT_EQ(TextAt(term, 15 + i, 8, 64), std::string("https://[2001:db8::") + five[i] + "]/ (STATIC)") << i;
+  }
+  EXPECT_FALSE(term.WaitForText("...", 0)) << term.Screen();
+
+  // A sixth: the first four of the interface's list, sorted, then "...".
+  SetIpv6Addresses(
+      {"2001:db8::e", "2001:db8::c", "2001:db8::a", "2001:db8::d", "2001:db8::b", "2001:db8::1"});
+  RefreshUntil(term, "...");
+  const char* four[] = {"a", "c", "d", "e"};
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_EQ(TextAt(term, 15 + i, 8, 64), std::string("https://[2001:db8::") + four[i] + "]/ (STATIC)") << i;
+  }
+  EXPECT_EQ(TextAt(term, 19, 8, 64), "...");
+  EXPECT_FALSE(term.WaitForText("2001:db8::b]", 0));
+  EXPECT_FALSE(term.WaitForText("2001:db8::1]", 0));
+}
+
+TEST_F(WelcomeScreen, NoNetworkAdapterShowsTheTextAndRaisesTheAlertOnce) {
+  SetState("/network/pnics", nlohmann::json::object());
+  Terminal term(24, 80);
+  Start(term, "No compatible network adapter found. Please consult");
+  EXPECT_FALSE(term.WaitForText("To manage this host", 0)) << term.Screen();
+  EXPECT_EQ(State("/host/systemAlerts"), nlohmann::json::array({"No compatible network adapter found."}));
+
+  SetState("/hardware/product", "Other Box");
+  RefreshUntil(term, "Tessera Computing Inc. Other Box");
+  EXPECT_TRUE(term.WaitForText("No compatible network adapter found.", 0));
+  EXPECT_EQ(State("/host/systemAlerts").size(), 1u) << "raised once per process";
+}
+
+TEST_F(WelcomeScreen, CustomWelcomeMessageReplacesTheLayoutWithItsVariablesFilledIn) {
+  unlink(HostFile("etc/ssh/ssh_host_dsa_key").c_str());  // one fingerprint that cannot be taken
+  SetState("/host/welcomeMessage",
+           "{color:yellow}Welcome{/color} to {ip} with {memory}\nSSL [{ssl-thumbprint}]\n"
+           "RSA [{ssh-rsa-fingerprint}]\nDSA [{ssh-dsa-fingerprint}]");
+  Terminal term(24, 80);
+  Start(term, "Welcome to 10.0.0.5 with 128 GiB");
+  int row = 0, col = 0;
+  ASSERT_TRUE(term.Find("Welcome to", &row, &col));
+  EXPECT_EQ(row, 2);
+  EXPECT_EQ(col, 2);
+  EXPECT_EQ(term.Colors(row, col).foreground, 3) << "its mark-up is drawn";
+  EXPECT_FALSE(term.WaitForText(ProductLine(), 0)) << term.Screen();
+  EXPECT_FALSE(term.WaitForText("To manage this host", 0));
+
+  // The same fingerprints the machine's tools give for the host's files.
+  std::string ssl =
+      CommandOutput("openssl x509 -noout -sha1 -fingerprint -in " + HostFile("etc/corbel/ssl/rui.crt"));
+  ASSERT_NE(ssl.find('='), std::string::npos) << ssl;
+  ssl = ssl.substr(ssl.find('=') + 1);
+  ssl.erase(ssl.find_last_not_of("\n") + 1);
+  EXPECT_TRUE(term.WaitForText("SSL [" + ssl + "]", 0)) << term.Screen();
+  std::istringstream rsa(CommandOutput("ssh-keygen -l -f " + HostFile("etc/ssh/ssh_host_rsa_key")));
+  std::string bits, fingerprint;
+  rsa >> bits >> fingerprint;
+  ASSERT_EQ(fingerprint.rfind("SHA256:", 0), 0u) << fingerprint;
+  EXPECT_TRUE(term.WaitForText("RSA [" + fingerprint + "]", 0)) << term.Screen();
+  EXPECT_TRUE(term.WaitForText("DSA []", 0)) << term.Screen();
+  EXPECT_NE(Syslog().find("Error generating SSH Key Fingerprint: "), std::string::npos) << Syslog();
+
+  // Without the message the standard layout comes back.
+  SetState("/host/welcomeMessage", "");
+  RefreshUntil(term, ProductLine());
+  EXPECT_TRUE(term.WaitForText("To manage this host, go to:", 0));
+  EXPECT_FALSE(term.WaitForText("Welcome to", 0));
+}
+
+TEST_F(WelcomeScreen, LoginSwitchedOffOpensTheDisabledDialog) {
+  unlink(HostFile("var/run/corbel/show-konu-login").c_str());
+  Terminal term(24, 80);
+  Start(term, ProductLine());
+  term.Press("F2");
+  ASSERT_TRUE(term.WaitForText("Authentication Denied")) << term.Screen();
+  EXPECT_FALSE(term.WaitForText("Authentication Required", 0));
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForNoText("Authentication Denied")) << term.Screen();
+  EXPECT_TRUE(term.WaitForText(ProductLine(), 0));
+}
+
+}  // namespace

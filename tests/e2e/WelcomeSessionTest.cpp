@@ -1,0 +1,214 @@
+// The session run from the welcome screen, in a pseudo-terminal on a fresh simulated host:
+// logout from the menu with its log line and audit record, the idle time-out, the exit
+// deferred to the end of the session, F12 into the shutdown dialog, and the smart card.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <string>
+
+#include "tests/harness/SimHost.h"
+#include "tests/harness/SimHostFixture.h"
+
+namespace {
+
+using KonuTest::SimHostFixture;
+using KonuTest::Terminal;
+
+constexpr const char kMenuTitle[] = "System Customization";
+
+bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+size_t Count(const std::string& text, const std::string& part) {
+  size_t n = 0;
+  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++n;
+  return n;
+}
+
+class WelcomeSession : public SimHostFixture {
+ protected:
+  void Start(Terminal& term, double clockSpeed = 0) {
+    StartKonu(term, {}, clockSpeed);
+    ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  }
+  // F2 or F12, then root's password in the login form (the name field is focused first).
+  void LogIn(Terminal& term, const char* key, const char* secret = "konu") {
+    term.Press(key);
+    ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    term.Press("Enter");
+    term.Type(secret);
+    term.Press("Enter");
+    ASSERT_TRUE(term.WaitForNoText("Authentication Required")) << term.Screen();
+  }
+  void OpenMenu(Terminal& term) {
+    LogIn(term, "F2");
+    ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
+    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  }
+  std::string Audit() const { return ReadFile("var/log/audit.log"); }
+  void Card(const std::vector<std::string>& words) const {
+    std::vector<std::string> argv = {KONU_HOSTSIM_BIN, "--root", Root(), "card"};
+    argv.insert(argv.end(), words.begin(), words.end());
+    ASSERT_EQ(0, KonuTest::RunCommandLine(argv).exitCode);
+  }
+};
+
+TEST_F(WelcomeSession, EscInTheMenuLogsOutWithLogLineAndAuditRecord) {
+  Terminal term(24, 80);
+  Start(term);
+  OpenMenu(term);
+  EXPECT_TRUE(Has(Audit(), "login.connect user=\"root\"")) << Audit();
+  EXPECT_FALSE(Has(Syslog(), "User root logged out"));
+  term.Press("Esc");
+  ASSERT_TRUE(term.WaitForNoText(kMenuTitle)) << term.Screen();
+  EXPECT_TRUE(term.WaitForText(ProductLine(), 0)) << term.Screen();
+  const std::string syslog = Syslog();
+  const size_t line = syslog.find("User root logged out");
+  ASSERT_NE(line, std::string::npos) << syslog;
+  EXPECT_EQ("<14>", syslog.substr(syslog.rfind('\n', line) + 1, 4)) << "user facility, info";
+  EXPECT_FALSE(Has(syslog, "due to time out"));
+  EXPECT_TRUE(Has(Audit(), "login.disconnect user=\"root\" origin=\"\" success=1 reason=\"Session closed\""))
+      << Audit();
+
+  // The welcome screen goes on: a second session opens and closes the same way.
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  OpenMenu(term);
+  term.Press("Esc");
+  ASSERT_TRUE(term.WaitForNoText(kMenuTitle)) << term.Screen();
+  EXPECT_EQ(2u, Count(Audit(), "reason=\"Session closed\"")) << Audit();
+}
+
+TEST_F(WelcomeSession, IdleMenuEndsTheSessionWithTimeOutAndTheWelcomeScreenReturns) {
+  // One minute of idle time; the console's clock runs ten times faster.
+  SetState("/advancedOptions/~1UserVars~1KonuTimeOut/value", 60);
+  Terminal term(24, 80);
+  Start(term, /*clockSpeed=*/10);
+  OpenMenu(term);
+  ASSERT_TRUE(term.WaitFor([&] { return Has(Syslog(), "User root logged out due to time out"); }, 30000))
+      << Syslog();
+  ASSERT_TRUE(term.WaitForNoText(kMenuTitle)) << term.Screen();
+  EXPECT_TRUE(term.WaitForText(ProductLine(), 0)) << term.Screen();
+  EXPECT_TRUE(Has(Audit(), "login.disconnect user=\"root\" origin=\"\" success=1 reason=\"Time out\""))
+      << Audit();
+  EXPECT_FALSE(Has(Audit(), "Session closed")) << Audit();
+  EXPECT_EQ(1u, Count(Syslog(), "User root logged out")) << "one logout line only";
+
+  // The process lives on and the welcome screen takes keys again.
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("F2");
+  EXPECT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
+}
+
+TEST_F(WelcomeSession, IdleLoginFormClosesWithoutALogout) {
+  SetState("/advancedOptions/~1UserVars~1KonuTimeOut/value", 60);
+  Terminal term(24, 80);
+  Start(term, /*clockSpeed=*/10);
+  term.Press("F2");
+  ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
+  // Nobody logged in, so the form just closes: no logout line, no audit record.
+  ASSERT_TRUE(term.WaitForNoText("Authentication Required", 30000)) << term.Screen();
+  EXPECT_TRUE(term.WaitForText(ProductLine(), 0)) << term.Screen();
+  EXPECT_FALSE(Has(Syslog(), "logged out")) << Syslog();
+  EXPECT_FALSE(Has(Audit(), "login.")) << Audit();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("F2");
+  EXPECT_TRUE(term.WaitForText("Authentication Required")) << "the welcome screen takes keys again";
+}
+
+TEST_F(WelcomeSession, QuitSignalInASessionEndsTheProcessOnlyWhenTheSessionEnds) {
+  Terminal term(24, 80);
+  Start(term);
+  OpenMenu(term);
+  term.Signal(SIGUSR2);
+  // Still inside the menu, reading keys again after the signal.
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  int status = -1;
+  EXPECT_FALSE(term.WaitForExit(500, &status)) << "the session is not cut short";
+  EXPECT_TRUE(term.WaitForText(kMenuTitle, 0));
+  term.Press("Esc");
+  ASSERT_TRUE(term.WaitForExit(5000, &status)) << term.Screen();
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  EXPECT_TRUE(Has(Syslog(), "User root logged out")) << "the session ended normally first";
+  EXPECT_TRUE(Has(Audit(), "reason=\"Session closed\"")) << Audit();
+  EXPECT_TRUE(TerminalRestored(term));
+}
+
+TEST_F(WelcomeSession, QuitSignalOnTheWelcomeScreenEndsAtOnce) {
+  Terminal term(24, 80);
+  Start(term);
+  term.Signal(SIGUSR2);
+  int status = -1;
+  ASSERT_TRUE(term.WaitForExit(5000, &status));
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+}
+
+TEST_F(WelcomeSession, F12AfterLoginOpensTheShutdownDialogWithoutASession) {
+  Terminal term(24, 80);
+  Start(term);
+  LogIn(term, "F12");
+  // The dialog's title besides the welcome screen's own F12 label beneath it.
+  ASSERT_TRUE(term.WaitFor([&] { return Count(term.Screen(), "Shut Down/Restart") == 2; })) << term.Screen();
+  EXPECT_FALSE(term.WaitForText(kMenuTitle, 0));
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("Esc");
+  ASSERT_TRUE(term.WaitFor([&] { return Count(term.Screen(), "Shut Down/Restart") == 1; })) << term.Screen();
+  EXPECT_TRUE(term.WaitForText(ProductLine(), 0));
+  EXPECT_FALSE(Has(Syslog(), "logged out")) << "no menu session ended";
+  EXPECT_FALSE(Has(Audit(), "login.disconnect")) << Audit();
+}
+
+TEST_F(WelcomeSession, EscInTheLoginFormReturnsWithoutASession) {
+  Terminal term(24, 80);
+  Start(term);
+  term.Press("F2");
+  ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("Esc");
+  ASSERT_TRUE(term.WaitForNoText("Authentication Required")) << term.Screen();
+  EXPECT_FALSE(term.WaitForText(kMenuTitle, 0));
+  EXPECT_FALSE(Has(Audit(), "login.")) << Audit();
+}
+
+TEST_F(WelcomeSession, SmartCardIsFoundOnTheWelcomeScreenAndItsRemovalEndsACardSession) {
+  Terminal term(24, 80);
+  Start(term);
+  Card({"insert", "root"});  // the card service tells the console with SIGUSR1
+  ASSERT_TRUE(term.WaitFor([&] { return Has(Syslog(), "Found smart card with user id 'root'"); }))
+      << Syslog();
+
+  // The login form opens on the card's PIN; the PIN logs root in with the card.
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("F2");
+  ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("Enter");
+  term.Type("konu");
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+
+  Card({"remove"});
+  int status = -1;
+  ASSERT_TRUE(term.WaitForExit(5000, &status)) << term.Screen();
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  EXPECT_TRUE(Has(Syslog(), "Logging out user id 'root'")) << Syslog();
+}
+
+TEST_F(WelcomeSession, CardRemovalDoesNotEndAPasswordSession) {
+  Terminal term(24, 80);
+  Start(term);
+  OpenMenu(term);  // no card: a password login
+  Card({"insert", "root"});
+  Card({"remove"});
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  int status = -1;
+  EXPECT_FALSE(term.WaitForExit(500, &status));
+  EXPECT_FALSE(Has(Syslog(), "Logging out user id")) << Syslog();
+  term.Press("Esc");
+  ASSERT_TRUE(term.WaitForNoText(kMenuTitle)) << term.Screen();
+  EXPECT_TRUE(Has(Syslog(), "User root logged out"));
+}
+
+}  // namespace
