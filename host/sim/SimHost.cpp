@@ -1,6 +1,8 @@
 // The simulated host backend: makes the simulated services for one root.
 #include "host/sim/SimHost.h"
 
+#include "host/sim/StateFile.h"
+
 #include "host/HostCtlException.h"
 #include "host/sim/SimServices.h"
 
@@ -23,7 +25,9 @@ std::string WithoutTrailingSlash(std::string root) {
 
 }  // namespace
 
-SimHost::SimHost(std::string root) : root_(WithoutTrailingSlash(std::move(root))) {}
+SimHost::SimHost(std::string root) : root_(WithoutTrailingSlash(std::move(root))) {
+  Konu::Sim::StateFile(root_).Read();
+}
 
 std::unique_ptr<Network::NetworkInfo> SimHost::CreateNetworkInfo() const {
   return std::make_unique<SimNetworkInfo>(root_);

@@ -10,7 +10,9 @@ namespace HostCtl::Sim {
 
 class SimHost : public Host {
  public:
-  // root: the simulated host's directory (made by "konu-hostsim create").
+  // root: the simulated host's directory (made by "konu-hostsim create"). Reads the state
+  // once, so a missing or malformed state file is refused here, before any screen runs:
+  // throws Konu::Sim::StateFileError naming the file and the problem.
   explicit SimHost(std::string root);
 
   std::unique_ptr<Network::NetworkInfo> CreateNetworkInfo() const override;

@@ -99,7 +99,7 @@ TEST_F(Login, PasswordFormShowsItsTextsFieldsAndFooterWithoutKeyboardLineOnARemo
 TEST_F(Login, KeyboardLineOnTheLocalConsoleShowsTheConfiguredLayout) {
   Terminal term(24, 80);
   OpenLogin(term, /*localConsole=*/true);
-  EXPECT_TRUE(Has(term.Screen(), "Configured Keyboard (US Default)")) << term.Screen();
+  EXPECT_TRUE(term.WaitForText("Configured Keyboard (US Default)")) << term.Screen();
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
   Finish(term, 0);
@@ -109,7 +109,7 @@ TEST_F(Login, NoDomainStillEndsWithTwoDots) {
   SetState("/host/domain", "");
   Terminal term(24, 80);
   OpenLogin(term);
-  EXPECT_TRUE(Has(term.Screen(), "konu-host..")) << term.Screen();
+  EXPECT_TRUE(term.WaitForText("konu-host..")) << term.Screen();
   term.Press("Esc");
   Finish(term, 0);
 }
@@ -119,7 +119,7 @@ TEST_F(Login, WrongPasswordIsRefusedLoggedAuditedAndPostedAndEmptiesOnlyTheSecre
   OpenLogin(term);
   Attempt(term, "root", "wrong");
   ASSERT_TRUE(term.WaitForText("Authentication failed")) << term.Screen();
-  EXPECT_TRUE(Has(term.Screen(), "Invalid login or password.")) << term.Screen();
+  EXPECT_TRUE(term.WaitForText("Invalid login or password.")) << term.Screen();
   Acknowledge(term, "Invalid login or password.");
   int row = 0, col = 0;
   ASSERT_TRUE(term.Find("Password:", &row, &col)) << term.Screen();
@@ -198,7 +198,7 @@ TEST_F(Login, ExpiredPasswordGoesThroughThePasswordDialogThenTheNewPasswordLogsI
   OpenLogin(term);
   Attempt(term, "erin", "old-pass");
   ASSERT_TRUE(term.WaitForText("Password has expired.")) << term.Screen();
-  EXPECT_TRUE(Has(term.Screen(), "You will be prompted to set a new password and then login again."))
+  EXPECT_TRUE(term.WaitForText("You will be prompted to set a new password and then login again."))
       << term.Screen();
   Acknowledge(term, "Password has expired.");
   ASSERT_TRUE(term.WaitForText("Configure Password")) << term.Screen();
@@ -281,8 +281,8 @@ TEST_F(Login, DisabledDialogRefusesUntilEnter) {
       KonuTest::UiEnv());
   ASSERT_TRUE(term.WaitForText("Authentication Denied")) << term.Screen();
   ASSERT_TRUE(term.WaitForText("konu-host.example.test.")) << term.Screen();
-  EXPECT_TRUE(Has(term.Screen(), "Direct console access has been disabled by the")) << term.Screen();
-  EXPECT_TRUE(Has(term.Screen(), "administrator for konu-host.example.test.")) << term.Screen();
+  EXPECT_TRUE(term.WaitForText("Direct console access has been disabled by the")) << term.Screen();
+  EXPECT_TRUE(term.WaitForText("administrator for konu-host.example.test.")) << term.Screen();
   ASSERT_TRUE(WaitUntilWaitingForKey(term));
   term.Press("Esc");
   term.Press("x");

@@ -72,9 +72,9 @@ class Password : public SimHostFixture {
 TEST_F(Password, WrongOldPasswordIsRefusedEmptiedAndKeepsTheFocus) {
   Terminal term(24, 80);
   OpenDialog(term);
-  EXPECT_TRUE(Has(term.Screen(), "Old Password:"));
-  EXPECT_TRUE(Has(term.Screen(), "New Password:"));
-  EXPECT_TRUE(Has(term.Screen(), "Confirm Password:"));
+  EXPECT_TRUE(term.WaitForText("Old Password:"));
+  EXPECT_TRUE(term.WaitForText("New Password:"));
+  EXPECT_TRUE(term.WaitForText("Confirm Password:"));
   term.Type("bad");
   ASSERT_TRUE(term.WaitFor([&] { return Stars(term, "Old Password:") == 3; })) << term.Screen();
   term.Press("Tab");
@@ -131,8 +131,8 @@ TEST_F(Password, SamePasswordWarningEscReturnsToTheFormEnterChangesForReal) {
   term.Type("konu");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("New password is same as old password. Are you sure?")) << term.Screen();
-  EXPECT_TRUE(Has(term.Screen(), "Configure Password: Warning"));
-  EXPECT_TRUE(Has(term.Screen(), "<Enter> Confirm"));
+  EXPECT_TRUE(term.WaitForText("Configure Password: Warning"));
+  EXPECT_TRUE(term.WaitForText("<Enter> Confirm"));
   ASSERT_TRUE(WaitUntilWaitingForKey(term));
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForNoText("Are you sure?")) << term.Screen();
@@ -190,10 +190,10 @@ TEST_F(Password, ChangeRefusedByThePolicyIsReportedAndTheFormStays) {
   term.Type("short");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("The password change operation failed.")) << term.Screen();
-  EXPECT_TRUE(Has(term.Screen(), "Please ensure that your password meets the complexity criteria"))
+  EXPECT_TRUE(term.WaitForText("Please ensure that your password meets the complexity criteria"))
       << term.Screen();
   Acknowledge(term, "The password change operation failed.");
-  EXPECT_TRUE(Has(term.Screen(), "Old Password:")) << "still in the form";
+  EXPECT_TRUE(term.WaitForText("Old Password:")) << "still in the form";
   EXPECT_EQ(0, Backups());
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();

@@ -121,4 +121,23 @@ TEST_F(Startup, HelpAndBadOptions) {
   EXPECT_EQ(2, WEXITSTATUS(status));
 }
 
+TEST_F(Startup, AMalformedOrMissingHostStateIsRefusedWithTheFileNamed) {
+  const std::string before = "{\"network\": ";
+  WriteFile("etc/konu-sim/host.json", before);
+  Terminal term(24, 240);  // wide enough for the message on one row
+  StartKonu(term);
+  ASSERT_TRUE(term.WaitForText(HostFile("etc/konu-sim/host.json") + ": malformed state at line 1"))
+      << term.Screen();
+  int status = -1;
+  ASSERT_TRUE(term.WaitForExit(5000, &status));
+  EXPECT_EQ(1, WEXITSTATUS(status));
+  EXPECT_EQ(before, ReadFile("etc/konu-sim/host.json")) << "nothing overwritten";
+
+  Terminal missing(24, 80);
+  missing.Spawn({KONU_BIN, "--host-root", HostFile("no-such-host")}, {});
+  ASSERT_TRUE(missing.WaitForText("konu: cannot open the host at")) << missing.Screen();
+  ASSERT_TRUE(missing.WaitForExit(5000, &status));
+  EXPECT_EQ(1, WEXITSTATUS(status));
+}
+
 }  // namespace
