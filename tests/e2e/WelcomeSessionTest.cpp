@@ -64,6 +64,8 @@ TEST_F(WelcomeSession, EscInTheMenuLogsOutWithLogLineAndAuditRecord) {
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForNoText(kMenuTitle)) << term.Screen();
   EXPECT_TRUE(term.WaitForText(ProductLine(), 0)) << term.Screen();
+  // The screen changes before the logout is written; wait for the record, the last of the two.
+  ASSERT_TRUE(term.WaitFor([&] { return Has(Audit(), "login.disconnect"); })) << Audit();
   const std::string syslog = Syslog();
   const size_t line = syslog.find("User root logged out");
   ASSERT_NE(line, std::string::npos) << syslog;
@@ -77,7 +79,7 @@ TEST_F(WelcomeSession, EscInTheMenuLogsOutWithLogLineAndAuditRecord) {
   OpenMenu(term);
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForNoText(kMenuTitle)) << term.Screen();
-  EXPECT_EQ(2u, Count(Audit(), "reason=\"Session closed\"")) << Audit();
+  EXPECT_TRUE(term.WaitFor([&] { return Count(Audit(), "reason=\"Session closed\"") == 2u; })) << Audit();
 }
 
 TEST_F(WelcomeSession, IdleMenuEndsTheSessionWithTimeOutAndTheWelcomeScreenReturns) {
@@ -90,7 +92,8 @@ TEST_F(WelcomeSession, IdleMenuEndsTheSessionWithTimeOutAndTheWelcomeScreenRetur
       << Syslog();
   ASSERT_TRUE(term.WaitForNoText(kMenuTitle)) << term.Screen();
   EXPECT_TRUE(term.WaitForText(ProductLine(), 0)) << term.Screen();
-  EXPECT_TRUE(Has(Audit(), "login.disconnect user=\"root\" origin=\"\" success=1 reason=\"Time out\""))
+  EXPECT_TRUE(term.WaitFor(
+      [&] { return Has(Audit(), "login.disconnect user=\"root\" origin=\"\" success=1 reason=\"Time out\""); }))
       << Audit();
   EXPECT_FALSE(Has(Audit(), "Session closed")) << Audit();
   EXPECT_EQ(1u, Count(Syslog(), "User root logged out")) << "one logout line only";
@@ -208,7 +211,7 @@ TEST_F(WelcomeSession, CardRemovalDoesNotEndAPasswordSession) {
   EXPECT_FALSE(Has(Syslog(), "Logging out user id")) << Syslog();
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForNoText(kMenuTitle)) << term.Screen();
-  EXPECT_TRUE(Has(Syslog(), "User root logged out"));
+  EXPECT_TRUE(term.WaitFor([&] { return Has(Syslog(), "User root logged out"); })) << Syslog();
 }
 
 }  // namespace
