@@ -128,6 +128,17 @@ void StartCurses() {
   refresh();
 }
 
+// A simulated host's syslog is a file under its root, with its own host name on each line.
+void UseSimulatedSyslog(const HostCtl::Host& host) {
+  std::string hostname;
+  try {
+    hostname = host.CreateDnsConfig(HostCtl::kDefaultTcpipStack)->GetHostname();
+  } catch (const HostCtl::Lib::HostCtlException&) {
+    // this machine's name will do
+  }
+  SetLogSink(std::make_unique<FileLogSink>(HostPath("/var/log/syslog.log"), hostname));
+}
+
 // Tests run a simulated host faster than real time; a real host always uses the real clock.
 void MaybeUseTestClock() {
   const char* speed = getenv("KONU_CLOCK_SPEED");
@@ -151,7 +162,6 @@ int ConsoleMain(int argc, char** argv, const ConsoleHooks& hooks) {
     return 0;
   }
   SetHostRoot(options.hostRoot);
-  if (IsSimulatedHost()) SetLogSink(std::make_unique<FileLogSink>(HostPath("/var/log/syslog.log")));
   std::unique_ptr<HostCtl::Host> host;
   try {
     host = hooks.makeHost(HostRoot());
@@ -160,6 +170,7 @@ int ConsoleMain(int argc, char** argv, const ConsoleHooks& hooks) {
     return 1;
   }
   Runtime::Get().SetHost(host.get());
+  if (IsSimulatedHost()) UseSimulatedSyslog(*host);
   MaybeUseTestClock();
 
   int vt = ParseVirtualTerminal(options.vtArgument);

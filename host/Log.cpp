@@ -26,7 +26,14 @@ LogState& State() {
 
 void SyslogSink::Write(int priority, const std::string& text) { syslog(priority, "%s", text.c_str()); }
 
-FileLogSink::FileLogSink(std::string path) : path_(std::move(path)) {}
+FileLogSink::FileLogSink(std::string path, std::string hostname)
+    : path_(std::move(path)), hostname_(std::move(hostname)) {
+  if (hostname_.empty()) {
+    char host[256] = "localhost";
+    gethostname(host, sizeof host - 1);
+    hostname_ = host;
+  }
+}
 
 void FileLogSink::Write(int priority, const std::string& text) {
   if ((priority & LOG_FACMASK) == 0) priority |= LOG_USER;
@@ -35,9 +42,7 @@ void FileLogSink::Write(int priority, const std::string& text) {
   struct tm tmNow;
   localtime_r(&now, &tmNow);
   strftime(stamp, sizeof stamp, "%b %e %H:%M:%S", &tmNow);
-  char host[256] = "localhost";
-  gethostname(host, sizeof host - 1);
-  std::string line = "<" + std::to_string(priority) + ">" + stamp + " " + host + " " + LogIdent() + "[" +
+  std::string line = "<" + std::to_string(priority) + ">" + stamp + " " + hostname_ + " " + LogIdent() + "[" +
                      std::to_string(getpid()) + "]: " + text + "\n";
   int fd = open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
   if (fd < 0) return;

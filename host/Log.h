@@ -23,15 +23,17 @@ class SyslogSink : public LogSink {
 };
 
 // Appends "<PRI>Mmm dd hh:mm:ss HOST IDENT[PID]: text" lines to a file (opened per line,
-// O_APPEND, so other writers' lines are never torn).
+// O_APPEND, so other writers' lines are never torn). HOST is `hostname`, or this machine's
+// name when it is empty.
 class FileLogSink : public LogSink {
  public:
-  explicit FileLogSink(std::string path);
+  explicit FileLogSink(std::string path, std::string hostname = "");
   void Write(int priority, const std::string& text) override;
   const std::string& Path() const { return path_; }
 
  private:
   std::string path_;
+  std::string hostname_;
 };
 
 // openlog(ident, LOG_PID, LOG_USER) and setlogmask(LOG_UPTO(LOG_INFO)) for the process;

@@ -189,6 +189,7 @@ TEST(WindowScreen, MessageDialogIsCentredOverItsDimmedOwnerAndClosesOnlyWithEnte
   Terminal t(24, 80);
   t.Fork(MessageOverFrame, KonuTest::UiEnv());
   ASSERT_TRUE(t.WaitForText("Shut Down Host", 5000)) << t.Screen();
+  ASSERT_TRUE(t.WaitForText("<Enter> OK", 5000)) << "the footer is drawn last";
   // 70 x 10 centred in 80 x 24: columns 5 to 74, rows 7 to 16; header rows 7 to 13.
   int row = -1, column = -1;
   ASSERT_TRUE(t.Find("Shut Down Host", &row, &column));
