@@ -32,20 +32,6 @@ class Keyboard : public SimHostFixture {
     ASSERT_TRUE(WaitUntilWaitingForKey(term));
   }
 
-  // Leaves the child once it shows its result.
-  static void Finish(Terminal& term, int expected) {
-    ASSERT_TRUE(term.WaitForText("RESULT=" + std::to_string(expected))) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
-    term.Press("q");
-    int status = -1;
-    ASSERT_TRUE(term.WaitForExit(5000, &status));
-    EXPECT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(expected, WEXITSTATUS(status));
-  }
-
-  static bool Has(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-  }
   std::string Current() const { return State("/keyboard/current").get<std::string>(); }
   std::string Loaded() const {
     nlohmann::json keyboard = State("/keyboard");
@@ -63,18 +49,18 @@ TEST_F(Keyboard, ShowsItsTextsAndEnterWithoutAMarkReappliesTheCurrentLayout) {
   Terminal term(24, 80);
   OpenDialog(term);
   const std::string screen = term.Screen();
-  EXPECT_TRUE(Has(screen, "If you are having difficulty using your keyboard")) << screen;
-  EXPECT_TRUE(Has(screen, "<Up/Down> Select  <Space> Toggle Selected")) << screen;
-  EXPECT_TRUE(Has(screen, "<Enter> OK  <Esc> Cancel")) << screen;
-  EXPECT_TRUE(Has(screen, "( ) Belgian")) << screen;
+  EXPECT_TRUE(Contains(screen, "If you are having difficulty using your keyboard")) << screen;
+  EXPECT_TRUE(Contains(screen, "<Up/Down> Select  <Space> Toggle Selected")) << screen;
+  EXPECT_TRUE(Contains(screen, "<Enter> OK  <Esc> Cancel")) << screen;
+  EXPECT_TRUE(Contains(screen, "( ) Belgian")) << screen;
   term.Press("Down");
   term.Press("Down");
   term.Press("Enter");  // the cursor moved, nothing marked
   ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
-  Finish(term, 1);
+  FinishDialogChild(term, 1);
   EXPECT_EQ("US Default", Current());
   EXPECT_EQ("US Default", Loaded());
-  EXPECT_TRUE(Has(Syslog(), "Keyboard Layout changed to US Default")) << Syslog();
+  EXPECT_TRUE(Contains(Syslog(), "Keyboard Layout changed to US Default")) << Syslog();
 }
 
 TEST_F(Keyboard, SpaceMarksTheLayoutUnderTheCursorAndEnterAppliesTheMarkedOne) {
@@ -93,10 +79,10 @@ TEST_F(Keyboard, SpaceMarksTheLayoutUnderTheCursorAndEnterAppliesTheMarkedOne) {
   term.Press("Down");  // the cursor is on Czechoslovakian; Enter applies the mark
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
-  Finish(term, 1);
+  FinishDialogChild(term, 1);
   EXPECT_EQ("Brazilian", Current());
   EXPECT_EQ("Brazilian", Loaded());
-  EXPECT_TRUE(Has(Syslog(), "Keyboard Layout changed to Brazilian")) << Syslog();
+  EXPECT_TRUE(Contains(Syslog(), "Keyboard Layout changed to Brazilian")) << Syslog();
 }
 
 TEST_F(Keyboard, AMarkBelowTheFirstPageIsTheOneApplied) {
@@ -107,7 +93,7 @@ TEST_F(Keyboard, AMarkBelowTheFirstPageIsTheOneApplied) {
   ASSERT_TRUE(term.WaitForText("(o) Icelandic")) << term.Screen();
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
-  Finish(term, 1);
+  FinishDialogChild(term, 1);
   EXPECT_EQ("Icelandic", Current());
 }
 
@@ -118,7 +104,7 @@ TEST_F(Keyboard, CurrentLayoutMissingFromTheListMarksNothingAndEnterAppliesTheFi
   EXPECT_EQ(0, Marks(term)) << term.Screen();
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
-  Finish(term, 1);
+  FinishDialogChild(term, 1);
   EXPECT_EQ("Belgian", Current());
 }
 
@@ -129,10 +115,10 @@ TEST_F(Keyboard, EscChangesNothing) {
   term.Press("Space");
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
-  Finish(term, 0);
+  FinishDialogChild(term, 0);
   EXPECT_EQ("US Default", Current());
   EXPECT_EQ("", Loaded());
-  EXPECT_FALSE(Has(Syslog(), "Keyboard Layout changed")) << Syslog();
+  EXPECT_FALSE(Contains(Syslog(), "Keyboard Layout changed")) << Syslog();
 }
 
 TEST_F(Keyboard, LoginKeyboardLineOpensTheDialogAndShowsTheNewLayout) {
@@ -163,7 +149,7 @@ TEST_F(Keyboard, LoginKeyboardLineOpensTheDialogAndShowsTheNewLayout) {
   term.Type("konu");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root")) << term.Screen();
-  Finish(term, 1);
+  FinishDialogChild(term, 1);
 }
 
 }  // namespace
@@ -189,7 +175,7 @@ TEST_F(Keyboard, ConsoleLoginKeyboardLineAppliesTheMarkedLayoutToTheHost) {
   ASSERT_TRUE(term.WaitForText("Configured Keyboard (French)")) << term.Screen();
   EXPECT_EQ("French", Current());
   EXPECT_EQ("French", Loaded());
-  EXPECT_TRUE(Has(Syslog(), "Keyboard Layout changed to French")) << Syslog();
+  EXPECT_TRUE(Contains(Syslog(), "Keyboard Layout changed to French")) << Syslog();
 }
 
 }  // namespace

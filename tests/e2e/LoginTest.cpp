@@ -63,37 +63,23 @@ class Login : public SimHostFixture {
                                 {"qal", true}});
   }
 
-  // Leaves the child once it shows its result.
-  static void Finish(Terminal& term, int expected) {
-    ASSERT_TRUE(term.WaitForText("RESULT=" + std::to_string(expected))) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
-    term.Press("q");
-    int status = -1;
-    ASSERT_TRUE(term.WaitForExit(5000, &status));
-    EXPECT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(expected, WEXITSTATUS(status));
-  }
-
-  static bool Has(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-  }
 };
 
 TEST_F(Login, PasswordFormShowsItsTextsFieldsAndFooterWithoutKeyboardLineOnARemoteTerminal) {
   Terminal term(24, 80);
   OpenLogin(term);
   const std::string screen = term.Screen();
-  EXPECT_TRUE(Has(screen, "Enter an authorized login name and password for")) << screen;
-  EXPECT_TRUE(Has(screen, "konu-host.example.test.")) << screen;
-  EXPECT_TRUE(Has(screen, "Login Name:")) << screen;
-  EXPECT_TRUE(Has(screen, "[ root")) << screen;
-  EXPECT_TRUE(Has(screen, "Password:")) << screen;
-  EXPECT_TRUE(Has(screen, "<Enter> OK  <Esc> Cancel")) << screen;
-  EXPECT_FALSE(Has(screen, "Configured Keyboard")) << screen;
-  EXPECT_FALSE(Has(screen, "<F3>")) << screen;
+  EXPECT_TRUE(Contains(screen, "Enter an authorized login name and password for")) << screen;
+  EXPECT_TRUE(Contains(screen, "konu-host.example.test.")) << screen;
+  EXPECT_TRUE(Contains(screen, "Login Name:")) << screen;
+  EXPECT_TRUE(Contains(screen, "[ root")) << screen;
+  EXPECT_TRUE(Contains(screen, "Password:")) << screen;
+  EXPECT_TRUE(Contains(screen, "<Enter> OK  <Esc> Cancel")) << screen;
+  EXPECT_FALSE(Contains(screen, "Configured Keyboard")) << screen;
+  EXPECT_FALSE(Contains(screen, "<F3>")) << screen;
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForText("RESULT=0 USER= ")) << term.Screen();
-  Finish(term, 0);
+  FinishDialogChild(term, 0);
 }
 
 TEST_F(Login, KeyboardLineOnTheLocalConsoleShowsTheConfiguredLayout) {
@@ -102,7 +88,7 @@ TEST_F(Login, KeyboardLineOnTheLocalConsoleShowsTheConfiguredLayout) {
   EXPECT_TRUE(term.WaitForText("Configured Keyboard (US Default)")) << term.Screen();
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
-  Finish(term, 0);
+  FinishDialogChild(term, 0);
 }
 
 TEST_F(Login, NoDomainStillEndsWithTwoDots) {
@@ -111,7 +97,7 @@ TEST_F(Login, NoDomainStillEndsWithTwoDots) {
   OpenLogin(term);
   EXPECT_TRUE(term.WaitForText("konu-host..")) << term.Screen();
   term.Press("Esc");
-  Finish(term, 0);
+  FinishDialogChild(term, 0);
 }
 
 TEST_F(Login, WrongPasswordIsRefusedLoggedAuditedAndPostedAndEmptiesOnlyTheSecret) {
@@ -128,13 +114,13 @@ TEST_F(Login, WrongPasswordIsRefusedLoggedAuditedAndPostedAndEmptiesOnlyTheSecre
   EXPECT_NE(std::string::npos, term.Row(row).find("[ root")) << "name kept: " << term.Row(row);
 
   const std::string syslog = Syslog();
-  EXPECT_TRUE(Has(syslog, "<35>")) << syslog;  // auth facility, error
-  EXPECT_TRUE(Has(syslog, "KONU[")) << syslog;
-  EXPECT_TRUE(Has(syslog, "]: Authentication of user root failed")) << syslog;
-  EXPECT_TRUE(Has(ReadFile("var/log/audit.log"),
+  EXPECT_TRUE(Contains(syslog, "<35>")) << syslog;  // auth facility, error
+  EXPECT_TRUE(Contains(syslog, "KONU[")) << syslog;
+  EXPECT_TRUE(Contains(syslog, "]: Authentication of user root failed")) << syslog;
+  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"),
                   "login.connect user=\"root\" origin=\"\" success=0 reason=\"Invalid Login\""))
       << ReadFile("var/log/audit.log");
-  EXPECT_TRUE(Has(ReadFile("var/log/zebd.log"),
+  EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"),
                   "@&!*@*@(zeb.user.konu.login.failed)Authentication of user root failed"))
       << ReadFile("var/log/zebd.log");
 
@@ -144,7 +130,7 @@ TEST_F(Login, WrongPasswordIsRefusedLoggedAuditedAndPostedAndEmptiesOnlyTheSecre
   term.Type("konu");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root CARD=0 EMPTY=0")) << term.Screen();
-  Finish(term, 1);
+  FinishDialogChild(term, 1);
 }
 
 TEST_F(Login, RightPasswordLogsInWithEmergencyAuthLineInfoLineAndAuditRecord) {
@@ -159,10 +145,10 @@ TEST_F(Login, RightPasswordLogsInWithEmergencyAuthLineInfoLineAndAuditRecord) {
   const size_t info = syslog.find("User root logged in");
   ASSERT_NE(std::string::npos, info) << syslog;
   EXPECT_EQ("<14>", syslog.substr(syslog.rfind('\n', info) + 1, 4)) << syslog;
-  EXPECT_TRUE(Has(ReadFile("var/log/audit.log"), "login.connect user=\"root\" origin=\"\" success=1"))
+  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"), "login.connect user=\"root\" origin=\"\" success=1"))
       << ReadFile("var/log/audit.log");
-  EXPECT_FALSE(Has(ReadFile("var/log/zebd.log"), "login.failed")) << "no event for a success";
-  Finish(term, 1);
+  EXPECT_FALSE(Contains(ReadFile("var/log/zebd.log"), "login.failed")) << "no event for a success";
+  FinishDialogChild(term, 1);
 }
 
 TEST_F(Login, EmptyPasswordLoginSetsTheFlag) {
@@ -173,7 +159,7 @@ TEST_F(Login, EmptyPasswordLoginSetsTheFlag) {
   // The host's stack accepts the account's empty password; the session notes it for the
   // menu's warning.
   ASSERT_TRUE(term.WaitForText("RESULT=1 USER=blank CARD=0 EMPTY=1")) << term.Screen();
-  Finish(term, 1);
+  FinishDialogChild(term, 1);
 }
 
 TEST_F(Login, DeniedUserGetsNoPermission) {
@@ -183,13 +169,13 @@ TEST_F(Login, DeniedUserGetsNoPermission) {
   Attempt(term, "dave", "secret1");
   ASSERT_TRUE(term.WaitForText("User does not have permission to login to KONU.")) << term.Screen();
   Acknowledge(term, "User does not have permission to login to KONU.");
-  EXPECT_TRUE(Has(Syslog(), "Access denied for user dave")) << Syslog();
-  EXPECT_TRUE(Has(ReadFile("var/log/audit.log"), "success=0 reason=\"No permission\""));
+  EXPECT_TRUE(Contains(Syslog(), "Access denied for user dave")) << Syslog();
+  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"), "success=0 reason=\"No permission\""));
   EXPECT_TRUE(
-      Has(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user dave"));
+      Contains(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user dave"));
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
-  Finish(term, 0);
+  FinishDialogChild(term, 0);
 }
 
 TEST_F(Login, ExpiredPasswordGoesThroughThePasswordDialogThenTheNewPasswordLogsIn) {
@@ -212,18 +198,18 @@ TEST_F(Login, ExpiredPasswordGoesThroughThePasswordDialogThenTheNewPasswordLogsI
   ASSERT_TRUE(WaitUntilWaitingForKey(term));
   EXPECT_EQ("new-pass", State("/users/erin/password"));
   EXPECT_EQ(false, State("/users/erin/expired"));
-  EXPECT_TRUE(Has(Syslog(), "Password has expired for user erin")) << Syslog();
+  EXPECT_TRUE(Contains(Syslog(), "Password has expired for user erin")) << Syslog();
   EXPECT_TRUE(
-      Has(ReadFile("var/log/audit.log"), "user=\"erin\" origin=\"\" success=0 reason=\"Password expired\""));
+      Contains(ReadFile("var/log/audit.log"), "user=\"erin\" origin=\"\" success=0 reason=\"Password expired\""));
   EXPECT_TRUE(
-      Has(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user erin"));
+      Contains(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user erin"));
 
   // Back in the login form with the secret emptied: log in again with the new password.
   ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
   term.Type("new-pass");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("RESULT=1 USER=erin")) << term.Screen();
-  Finish(term, 1);
+  FinishDialogChild(term, 1);
 }
 
 TEST_F(Login, CardPresentOpensThePinFormWithTheCardsLoginIdAndF3Flips) {
@@ -232,16 +218,16 @@ TEST_F(Login, CardPresentOpensThePinFormWithTheCardsLoginIdAndF3Flips) {
   Terminal term(24, 80);
   OpenLogin(term);
   std::string screen = term.Screen();
-  EXPECT_TRUE(Has(screen, "Enter the smart card login PIN for")) << screen;
-  EXPECT_TRUE(Has(screen, "konu-host.example.test.")) << screen;
-  EXPECT_TRUE(Has(screen, "Login Id:")) << screen;
-  EXPECT_TRUE(Has(screen, "PIN:")) << screen;
-  EXPECT_TRUE(Has(screen, "<F3> Switch PIN/Password Login")) << screen;
-  EXPECT_TRUE(Has(Syslog(), "Found smart card with user id 'root'")) << Syslog();
+  EXPECT_TRUE(Contains(screen, "Enter the smart card login PIN for")) << screen;
+  EXPECT_TRUE(Contains(screen, "konu-host.example.test.")) << screen;
+  EXPECT_TRUE(Contains(screen, "Login Id:")) << screen;
+  EXPECT_TRUE(Contains(screen, "PIN:")) << screen;
+  EXPECT_TRUE(Contains(screen, "<F3> Switch PIN/Password Login")) << screen;
+  EXPECT_TRUE(Contains(Syslog(), "Found smart card with user id 'root'")) << Syslog();
 
   term.Press("F3");
   ASSERT_TRUE(term.WaitForText("Login Name:")) << term.Screen();
-  EXPECT_FALSE(Has(term.Screen(), "<F3>")) << term.Screen();
+  EXPECT_FALSE(Contains(term.Screen(), "<F3>")) << term.Screen();
   term.Press("F3");
   ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();
 
@@ -253,7 +239,7 @@ TEST_F(Login, CardPresentOpensThePinFormWithTheCardsLoginIdAndF3Flips) {
   term.Type("konu");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root CARD=1")) << term.Screen();
-  Finish(term, 1);
+  FinishDialogChild(term, 1);
 }
 
 TEST_F(Login, F3WithoutACardGivesAnEmptyLoginId) {
@@ -265,7 +251,7 @@ TEST_F(Login, F3WithoutACardGivesAnEmptyLoginId) {
   ASSERT_TRUE(term.Find("Login Id:", &row, &col));
   EXPECT_EQ(std::string::npos, term.Row(row).find("root")) << term.Row(row);
   term.Press("Esc");
-  Finish(term, 0);
+  FinishDialogChild(term, 0);
 }
 
 TEST_F(Login, DisabledDialogRefusesUntilEnter) {
@@ -287,10 +273,10 @@ TEST_F(Login, DisabledDialogRefusesUntilEnter) {
   term.Press("Esc");
   term.Press("x");
   ASSERT_TRUE(WaitUntilWaitingForKey(term));
-  EXPECT_FALSE(Has(term.Screen(), "RESULT=")) << "only Enter closes it";
+  EXPECT_FALSE(Contains(term.Screen(), "RESULT=")) << "only Enter closes it";
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
-  Finish(term, 0);
+  FinishDialogChild(term, 0);
 }
 
 }  // namespace
@@ -302,10 +288,6 @@ using KonuTest::SimHostFixture;
 using KonuTest::Terminal;
 
 constexpr const char kMenuTitle[] = "System Customization";
-
-bool Contains(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
 
 class ConsoleLogin : public SimHostFixture {
  protected:

@@ -52,20 +52,6 @@ class Password : public SimHostFixture {
     return static_cast<size_t>(std::count(line.begin(), line.end(), '*'));
   }
 
-  // Leaves the child once it shows its result.
-  static void Finish(Terminal& term, int expected) {
-    ASSERT_TRUE(term.WaitForText("RESULT=" + std::to_string(expected))) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
-    term.Press("q");
-    int status = -1;
-    ASSERT_TRUE(term.WaitForExit(5000, &status));
-    EXPECT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(expected, WEXITSTATUS(status));
-  }
-
-  static bool Has(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-  }
   int Backups() const { return static_cast<int>(State("/backups").size()); }
 };
 
@@ -86,7 +72,7 @@ TEST_F(Password, WrongOldPasswordIsRefusedEmptiedAndKeepsTheFocus) {
   EXPECT_EQ(0u, Stars(term, "New Password:"));
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
-  Finish(term, 0);
+  FinishDialogChild(term, 0);
   EXPECT_EQ(0, Backups());
 }
 
@@ -117,7 +103,7 @@ TEST_F(Password, MismatchIsReportedBeforeEmptinessAndBothEmptyIsRefused) {
   Acknowledge(term, "Empty passwords are not allowed.");
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
-  Finish(term, 0);
+  FinishDialogChild(term, 0);
   EXPECT_EQ("konu", State("/users/root/password"));
 }
 
@@ -145,9 +131,9 @@ TEST_F(Password, SamePasswordWarningEscReturnsToTheFormEnterChangesForReal) {
   ASSERT_TRUE(WaitUntilWaitingForKey(term));
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root")) << term.Screen();
-  Finish(term, 1);
+  FinishDialogChild(term, 1);
   EXPECT_EQ(1, Backups()) << "a real change request ran";
-  EXPECT_TRUE(Has(Syslog(), "Login password for user root has changed")) << Syslog();
+  EXPECT_TRUE(Contains(Syslog(), "Login password for user root has changed")) << Syslog();
 }
 
 TEST_F(Password, SuccessfulChangeBacksUpLogsPostsAndTheNewPasswordWorks) {
@@ -160,16 +146,16 @@ TEST_F(Password, SuccessfulChangeBacksUpLogsPostsAndTheNewPasswordWorks) {
   term.Type("Fresh-Pass1");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root CARD=0 EMPTY=0")) << term.Screen();
-  Finish(term, 1);
+  FinishDialogChild(term, 1);
 
   EXPECT_EQ("Fresh-Pass1", State("/users/root/password"));
-  EXPECT_TRUE(Has(Journal(), "backup.sh")) << Journal();
+  EXPECT_TRUE(Contains(Journal(), "backup.sh")) << Journal();
   EXPECT_EQ(1, Backups());
   const std::string syslog = Syslog();
   const size_t line = syslog.find("Login password for user root has changed");
   ASSERT_NE(std::string::npos, line) << syslog;
   EXPECT_EQ("<14>", syslog.substr(syslog.rfind('\n', line) + 1, 4)) << syslog;
-  EXPECT_TRUE(Has(ReadFile("var/log/zebd.log"),
+  EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"),
                   "@&!*@*@(zeb.user.konu.login.passwd.changed)Login password for user root changed"))
       << ReadFile("var/log/zebd.log");
 
@@ -197,7 +183,7 @@ TEST_F(Password, ChangeRefusedByThePolicyIsReportedAndTheFormStays) {
   EXPECT_EQ(0, Backups());
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
-  Finish(term, 0);
+  FinishDialogChild(term, 0);
   EXPECT_EQ("konu", State("/users/root/password"));
 }
 

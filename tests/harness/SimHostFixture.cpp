@@ -76,6 +76,16 @@ bool SimHostFixture::WaitUntilWaitingForKey(Terminal& term, int timeoutMs) {
       timeoutMs);
 }
 
+void SimHostFixture::FinishDialogChild(Terminal& term, int expected) {
+  ASSERT_TRUE(term.WaitForText("RESULT=" + std::to_string(expected))) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("q");
+  int status = -1;
+  ASSERT_TRUE(term.WaitForExit(5000, &status));
+  EXPECT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(expected, WEXITSTATUS(status));
+}
+
 bool SimHostFixture::TerminalRestored(const Terminal& term) { return !term.AltScreen() && term.CursorVisible(); }
 
 }  // namespace KonuTest

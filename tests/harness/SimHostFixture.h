@@ -14,6 +14,15 @@
 namespace KonuTest {
 
 class SimHostFixture : public ::testing::Test {
+ public:
+  static bool Contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+  }
+
+  // A dialog run by itself in a Terminal::Fork child shows "RESULT=N" when it returns;
+  // checks N, then lets the child go and checks it ended with N.
+  static void FinishDialogChild(Terminal& term, int expected);
+
  protected:
   void SetUp() override;
   void TearDown() override;
