@@ -15,6 +15,7 @@
 #include "screens/FormKeys.h"
 #include "screens/PamAuth.h"
 #include "screens/SamePasswordConfirmDialog.h"
+#include "ui/Footers.h"
 #include "ui/MessageDialog.h"
 
 namespace Konu {
@@ -38,9 +39,6 @@ enum StringId {
   kChangeFailed = 160   // "The password change operation failed.\n..."
 };
 
-constexpr const char* kFooter =
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
-    "{color:dark-grey}Cancel{/color}{/align}";
 
 // Saves the host configuration so the new password survives a reboot; its result is not
 // checked.
@@ -135,7 +133,7 @@ bool ChangePasswordDialog::Submit() {
 int ChangePasswordDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(GetString(kText));
-  SetFooter(kFooter);
+  SetFooter(kFooterOkCancel);
   ShowCursor(true);
   Focus(kOld);
   for (;;) {

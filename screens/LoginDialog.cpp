@@ -18,6 +18,7 @@
 #include "screens/FormKeys.h"
 #include "screens/HostAndDomain.h"
 #include "screens/PamAuth.h"
+#include "ui/Footers.h"
 #include "ui/MessageDialog.h"
 
 namespace Konu {
@@ -42,9 +43,6 @@ enum StringId {
   kPasswordExpired = 148  // "Password has expired.\nYou will be prompted ..."
 };
 
-constexpr const char* kPasswordFooter =
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
-    "{color:dark-grey}Cancel{/color}{/align}";
 // Keep the stray '>' in the first colour tag: operators' screenshots and manuals show this
 // footer exactly as it stands.
 constexpr const char* kPinFooter =
@@ -97,7 +95,7 @@ void LoginDialog::LayOut() {
     secret_->SetLabel(GetString(kPin));
   } else {
     SetText(GetString(kPasswordText) + host);
-    SetFooter(kPasswordFooter);
+    SetFooter(kFooterOkCancel);
     name_->SetLabel(GetString(kLoginName));
     name_->SetValue("root");
     secret_->SetLabel(GetString(kPassword));

@@ -4,6 +4,7 @@
 #include <curses.h>
 
 #include "screens/HostAndDomain.h"
+#include "ui/Footers.h"
 
 namespace Konu {
 namespace {
@@ -12,8 +13,6 @@ constexpr int kHeight = 9;
 constexpr int kHeaderHeight = 6;
 constexpr int kTitle = 139;    // "Authentication Denied"
 constexpr int kMessage = 140;  // "Direct console access has been disabled by the administrator for "
-constexpr const char* kFooter =
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}{/align}";
 }  // namespace
 
 LoginDisabledDialog::LoginDisabledDialog(Frame* owner) : Dialog(owner, kWidth, kHeight, kHeaderHeight) {}
@@ -21,7 +20,7 @@ LoginDisabledDialog::LoginDisabledDialog(Frame* owner) : Dialog(owner, kWidth, k
 int LoginDisabledDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(std::string(GetString(kMessage)) + HostAndDomain() + ".");
-  SetFooter(kFooter);
+  SetFooter(kFooterOk);
   for (;;) {
     int key = GetKey(true);
     if (key == '\n' || key == '\r' || key == KEY_ENTER) return 0;

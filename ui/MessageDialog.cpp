@@ -1,14 +1,14 @@
 // MessageDialog: 70 x 10 with a header of 7 rows and an Enter footer.
 #include "ui/MessageDialog.h"
 
+#include "ui/Footers.h"
+
 namespace Konu {
 namespace {
 constexpr int kWidth = 70;
 constexpr int kHeight = 10;
 constexpr int kHeaderHeight = 7;
 constexpr int kEnter = 10;
-constexpr const char* kFooter =
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}{/align}";
 }  // namespace
 
 MessageDialog::MessageDialog(Frame* owner, int titleId, int messageId)
@@ -25,7 +25,7 @@ MessageDialog::~MessageDialog() = default;
 int MessageDialog::EventLoop() {
   SetTitle(GetString(static_cast<uint32_t>(titleId_)));
   SetText(message_);
-  SetFooter(kFooter);
+  SetFooter(kFooterOk);
   while (GetKey(true) != kEnter) {
   }
   return 1;

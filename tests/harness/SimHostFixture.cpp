@@ -65,15 +65,7 @@ void SimHostFixture::StartKonu(Terminal& term, const std::vector<std::string>& a
 }
 
 bool SimHostFixture::WaitUntilWaitingForKey(Terminal& term, int timeoutMs) {
-  const std::string wchan = "/proc/" + std::to_string(term.Pid()) + "/wchan";
-  return term.WaitFor(
-      [&] {
-        std::ifstream in(wchan);
-        std::string where;
-        std::getline(in, where);
-        return where.find("poll") != std::string::npos;
-      },
-      timeoutMs);
+  return term.WaitUntilPolling(timeoutMs);
 }
 
 void SimHostFixture::FinishDialogChild(Terminal& term, int expected) {

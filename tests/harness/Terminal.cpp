@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <fstream>
 #include <stdexcept>
 #include <system_error>
 #include <thread>
@@ -197,6 +198,18 @@ bool Terminal::WaitFor(const std::function<bool()>& condition, int timeoutMs) {
     if (left == 0) return false;
     impl_->ReadOnce(std::min(left, kRecheckMs));
   }
+}
+
+bool Terminal::WaitUntilPolling(int timeoutMs) {
+  const std::string wchan = "/proc/" + std::to_string(Pid()) + "/wchan";
+  return WaitFor(
+      [&] {
+        std::ifstream in(wchan);
+        std::string where;
+        std::getline(in, where);
+        return where.find("poll") != std::string::npos;
+      },
+      timeoutMs);
 }
 
 bool Terminal::WaitForText(std::string_view text, int timeoutMs) {

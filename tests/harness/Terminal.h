@@ -100,6 +100,11 @@ class Terminal {
   bool WaitForText(std::string_view text, int timeoutMs = 5000);
   bool WaitForNoText(std::string_view text, int timeoutMs = 5000);
   bool WaitFor(const std::function<bool()>& condition, int timeoutMs = 5000);
+  // Waits until the program's main thread sleeps in poll(), that is, until a program that
+  // reads keys the way the console does waits for the next one. Programs discard keys typed
+  // while a screen changes (curses' flushinp), so a test waits for this before a key it
+  // means to reach the new screen, as a person waits to see it.
+  bool WaitUntilPolling(int timeoutMs = 5000);
   // Waits for the child to end; true with its wait status in *status.
   bool WaitForExit(int timeoutMs, int* status);
 

@@ -120,6 +120,7 @@ TEST(GetKeyScreen, TheScreenDimsAfterSixtySecondsAndTheWakingKeyIsDelivered) {
   ASSERT_TRUE(t.WaitForText("waiting", 5000)) << t.Screen();
   ASSERT_TRUE(t.WaitFor([&] { return Dimmed(t); }, 5000)) << t.Screen();
   EXPECT_EQ(t.Colors(2, 2).foreground, 6);  // the red tag is off while dimmed
+  ASSERT_TRUE(t.WaitUntilPolling()) << "dimming discards typed-ahead keys; press after it";
   t.Press("x");
   ASSERT_TRUE(t.WaitForText("got x", 5000)) << t.Screen();
   EXPECT_EQ(t.Colors(2, 2).background, 3);
