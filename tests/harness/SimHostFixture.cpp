@@ -1,10 +1,8 @@
 // A fresh simulated host per test, and the console started on it.
 #include "tests/harness/SimHostFixture.h"
 
-#include <spawn.h>
 #include <sys/wait.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -13,21 +11,7 @@
 
 namespace KonuTest {
 
-void SimHostFixture::SetUp() {
-  std::string tmpl = (std::filesystem::temp_directory_path() / "konu-host-XXXXXX").string();
-  ASSERT_NE(nullptr, mkdtemp(tmpl.data()));
-  root_ = tmpl;
-  const char* argv[] = {KONU_HOSTSIM_BIN, "create", root_.c_str(), nullptr};
-  pid_t pid = 0;
-  ASSERT_EQ(0, posix_spawn(&pid, KONU_HOSTSIM_BIN, nullptr, nullptr, const_cast<char**>(argv), environ));
-  int status = 0;
-  ASSERT_EQ(pid, waitpid(pid, &status, 0));
-  ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "konu-hostsim create " << root_;
-}
-
-void SimHostFixture::TearDown() {
-  if (!root_.empty() && !HasFailure()) std::filesystem::remove_all(root_);
-}
+void SimHostFixture::SetUp() { host_ = std::make_unique<SimHost>(KONU_HOSTSIM_BIN); }
 
 std::string SimHostFixture::ReadFile(const std::string& relative) const {
   std::ifstream in(HostFile(relative));
@@ -42,11 +26,11 @@ void SimHostFixture::WriteFile(const std::string& relative, const std::string& t
 }
 
 nlohmann::json SimHostFixture::State(const std::string& pointer) const {
-  return Konu::Sim::StateFile(root_).Get(pointer);
+  return Konu::Sim::StateFile(Root()).Get(pointer);
 }
 
 void SimHostFixture::SetState(const std::string& pointer, const nlohmann::json& value) const {
-  Konu::Sim::StateFile(root_).Update(
+  Konu::Sim::StateFile(Root()).Update(
       [&](nlohmann::json& state) { state[nlohmann::json::json_pointer(pointer)] = value; });
 }
 
@@ -57,7 +41,7 @@ std::string SimHostFixture::ProductLine() const {
 }
 
 void SimHostFixture::StartKonu(Terminal& term, const std::vector<std::string>& args, double clockSpeed) const {
-  std::vector<std::string> argv = {KONU_BIN, "--host-root", root_};
+  std::vector<std::string> argv = {KONU_BIN, "--host-root", Root()};
   argv.insert(argv.end(), args.begin(), args.end());
   std::vector<std::string> env = {"TERM=xterm-256color", "ESCDELAY=25", "LANG=C.UTF-8"};
   if (clockSpeed > 0) env.push_back("KONU_CLOCK_SPEED=" + std::to_string(clockSpeed));

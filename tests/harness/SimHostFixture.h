@@ -9,6 +9,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "tests/harness/SimHost.h"
 #include "tests/harness/Terminal.h"
 
 namespace KonuTest {
@@ -25,10 +26,9 @@ class SimHostFixture : public ::testing::Test {
 
  protected:
   void SetUp() override;
-  void TearDown() override;
 
-  const std::string& Root() const { return root_; }
-  std::string HostFile(const std::string& relative) const { return root_ + "/" + relative; }
+  const std::string& Root() const { return host_->Root(); }
+  std::string HostFile(const std::string& relative) const { return Root() + "/" + relative; }
   std::string ReadFile(const std::string& relative) const;  // "" when missing
   void WriteFile(const std::string& relative, const std::string& text) const;
 
@@ -53,7 +53,7 @@ class SimHostFixture : public ::testing::Test {
   static bool TerminalRestored(const Terminal& term);
 
  private:
-  std::string root_;
+  std::unique_ptr<SimHost> host_;  // removed with the test
 };
 
 }  // namespace KonuTest
