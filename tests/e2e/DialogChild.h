@@ -15,6 +15,7 @@
 #include "host/HostRoot.h"
 #include "host/Log.h"
 #include "host/sim/SimHost.h"
+#include "tests/harness/Terminal.h"
 #include "tests/screen/UiChild.h"
 #include "ui/Frame.h"
 #include "ui/TextArea.h"
@@ -67,6 +68,19 @@ inline int RunDialogChild(const DialogChildSetup& setup, const std::function<int
     }
   }
   return result;
+}
+
+// Forks a child on `term` that runs a `DialogType(&owner)` modally over the backdrop.
+template <typename DialogType>
+void ForkDialog(Terminal& term, const DialogChildSetup& setup) {
+  term.Fork(
+      [setup] {
+        return RunDialogChild(setup, [](Konu::Frame& owner) {
+          DialogType dialog(&owner);
+          return dialog.RunModal();
+        });
+      },
+      UiEnv());
 }
 
 }  // namespace KonuTest

@@ -20,14 +20,7 @@ class Keyboard : public SimHostFixture {
  protected:
   void OpenDialog(Terminal& term) {
     DialogChildSetup setup{Root(), true, "root"};
-    term.Fork(
-        [setup] {
-          return KonuTest::RunDialogChild(setup, [](Konu::Frame& owner) {
-            Konu::KeyboardDialog dialog(&owner);
-            return dialog.RunModal();
-          });
-        },
-        KonuTest::UiEnv());
+    KonuTest::ForkDialog<Konu::KeyboardDialog>(term, setup);
     ASSERT_TRUE(term.WaitForText("Configure Keyboard")) << term.Screen();
     ASSERT_TRUE(WaitUntilWaitingForKey(term));
   }
@@ -124,14 +117,7 @@ TEST_F(Keyboard, EscChangesNothing) {
 TEST_F(Keyboard, LoginKeyboardLineOpensTheDialogAndShowsTheNewLayout) {
   Terminal term(24, 80);
   DialogChildSetup setup{Root(), true, ""};
-  term.Fork(
-      [setup] {
-        return KonuTest::RunDialogChild(setup, [](Konu::Frame& owner) {
-          Konu::LoginDialog login(&owner);
-          return login.RunModal();
-        });
-      },
-      KonuTest::UiEnv());
+  KonuTest::ForkDialog<Konu::LoginDialog>(term, setup);
   ASSERT_TRUE(term.WaitForText("Configured Keyboard (US Default)")) << term.Screen();
   ASSERT_TRUE(WaitUntilWaitingForKey(term));
   term.Press("Enter");  // the keyboard line has the focus first

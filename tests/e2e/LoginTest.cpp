@@ -24,14 +24,7 @@ class Login : public SimHostFixture {
   // Starts the login dialog in `term`; waits until it reads keys.
   void OpenLogin(Terminal& term, bool localConsole = false) {
     DialogChildSetup setup{Root(), localConsole, ""};
-    term.Fork(
-        [setup] {
-          return KonuTest::RunDialogChild(setup, [](Konu::Frame& owner) {
-            Konu::LoginDialog login(&owner);
-            return login.RunModal();
-          });
-        },
-        KonuTest::UiEnv());
+    KonuTest::ForkDialog<Konu::LoginDialog>(term, setup);
     ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
     ASSERT_TRUE(WaitUntilWaitingForKey(term));
   }
@@ -44,25 +37,6 @@ class Login : public SimHostFixture {
     term.Type(secret);
     term.Press("Enter");
   }
-
-  // Closes the message dialog with Enter once it shows `text`.
-  void Acknowledge(Terminal& term, const std::string& text) {
-    ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
-    term.Press("Enter");
-    ASSERT_TRUE(term.WaitForNoText(text)) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
-  }
-
-  void AddUser(const std::string& name, const std::string& password, bool denied, bool expired) {
-    SetState("/users/" + name, {{"password", password},
-                                {"uid", 600},
-                                {"denied", denied},
-                                {"expired", expired},
-                                {"serviceAccount", false},
-                                {"qal", true}});
-  }
-
 };
 
 TEST_F(Login, PasswordFormShowsItsTextsFieldsAndFooterWithoutKeyboardLineOnARemoteTerminal) {
@@ -257,14 +231,7 @@ TEST_F(Login, F3WithoutACardGivesAnEmptyLoginId) {
 TEST_F(Login, DisabledDialogRefusesUntilEnter) {
   Terminal term(24, 80);
   DialogChildSetup setup{Root(), false, ""};
-  term.Fork(
-      [setup] {
-        return KonuTest::RunDialogChild(setup, [](Konu::Frame& owner) {
-          Konu::LoginDisabledDialog refusal(&owner);
-          return refusal.RunModal();
-        });
-      },
-      KonuTest::UiEnv());
+  KonuTest::ForkDialog<Konu::LoginDisabledDialog>(term, setup);
   ASSERT_TRUE(term.WaitForText("Authentication Denied")) << term.Screen();
   ASSERT_TRUE(term.WaitForText("konu-host.example.test.")) << term.Screen();
   EXPECT_TRUE(term.WaitForText("Direct console access has been disabled by the")) << term.Screen();
@@ -311,21 +278,6 @@ class ConsoleLogin : public SimHostFixture {
     term.Press("Enter");
     term.Type(secret);
     term.Press("Enter");
-  }
-  void Acknowledge(Terminal& term, const std::string& text) {
-    ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
-    term.Press("Enter");
-    ASSERT_TRUE(term.WaitForNoText(text)) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
-  }
-  void AddUser(const std::string& name, const std::string& password, bool denied, bool expired) {
-    SetState("/users/" + name, {{"password", password},
-                                {"uid", 600},
-                                {"denied", denied},
-                                {"expired", expired},
-                                {"serviceAccount", false},
-                                {"qal", true}});
   }
   void Card(const std::vector<std::string>& words) const {
     std::vector<std::string> argv = {KONU_HOSTSIM_BIN, "--root", Root(), "card"};

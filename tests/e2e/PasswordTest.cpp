@@ -21,26 +21,10 @@ class Password : public SimHostFixture {
  protected:
   void OpenDialog(Terminal& term) {
     DialogChildSetup setup{Root(), false, "root"};
-    term.Fork(
-        [setup] {
-          return KonuTest::RunDialogChild(setup, [](Konu::Frame& owner) {
-            Konu::ChangePasswordDialog dialog(&owner);
-            return dialog.RunModal();
-          });
-        },
-        KonuTest::UiEnv());
+    KonuTest::ForkDialog<Konu::ChangePasswordDialog>(term, setup);
     ASSERT_TRUE(term.WaitForText("Configure Password")) << term.Screen();
     ASSERT_TRUE(term.WaitForText("Setting the password will prevent unauthorized access")) << term.Screen();
     ASSERT_TRUE(term.WaitForText("to this host.")) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
-  }
-
-  // Waits for a message, then closes it with Enter.
-  void Acknowledge(Terminal& term, const std::string& text) {
-    ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
-    term.Press("Enter");
-    ASSERT_TRUE(term.WaitForNoText(text)) << term.Screen();
     ASSERT_TRUE(WaitUntilWaitingForKey(term));
   }
 

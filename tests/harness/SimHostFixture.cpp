@@ -62,6 +62,24 @@ void SimHostFixture::FinishDialogChild(Terminal& term, int expected) {
   EXPECT_EQ(expected, WEXITSTATUS(status));
 }
 
+void SimHostFixture::Acknowledge(Terminal& term, const std::string& text) {
+  ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForNoText(text)) << term.Screen();
+  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+}
+
+void SimHostFixture::AddUser(const std::string& name, const std::string& password, bool denied,
+                             bool expired) const {
+  SetState("/users/" + name, {{"password", password},
+                              {"uid", 600},
+                              {"denied", denied},
+                              {"expired", expired},
+                              {"serviceAccount", false},
+                              {"qal", true}});
+}
+
 bool SimHostFixture::TerminalRestored(const Terminal& term) { return !term.AltScreen() && term.CursorVisible(); }
 
 }  // namespace KonuTest

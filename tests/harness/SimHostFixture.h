@@ -49,6 +49,13 @@ class SimHostFixture : public ::testing::Test {
   // right after a screen appeared waits for this first, as a person waits for the screen.
   static bool WaitUntilWaitingForKey(Terminal& term, int timeoutMs = 5000);
 
+  // Waits for a message box showing `text`, closes it with Enter and waits until it is gone
+  // and the screen beneath reads keys again.
+  static void Acknowledge(Terminal& term, const std::string& text);
+
+  // A console user in the state: password, and whether it is denied or its password expired.
+  void AddUser(const std::string& name, const std::string& password, bool denied, bool expired) const;
+
   // True when the program left the alternate screen and showed the cursor again.
   static bool TerminalRestored(const Terminal& term);
 
