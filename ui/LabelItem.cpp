@@ -1,4 +1,4 @@
-// LabelItem, CheckItem and RadioItem.
+// LabelItem and the marked items (check boxes, radio buttons).
 #include "ui/LabelItem.h"
 
 #include "ui/TextArea.h"
@@ -7,38 +7,25 @@ namespace Konu {
 
 void LabelItem::Draw(TextArea& area) { area.SetText(text_); }
 
-CheckItem::CheckItem(std::string label, bool checked)
-    : LabelItem("", true), label_(std::move(label)), checked_(checked) {
+MarkedItem::MarkedItem(std::string label, bool checked, const char* checkedMark, const char* uncheckedMark)
+    : LabelItem("", true),
+      label_(std::move(label)),
+      checked_(checked),
+      checkedMark_(checkedMark),
+      uncheckedMark_(uncheckedMark) {
   Rebuild();
 }
 
-void CheckItem::SetChecked(bool checked) {
+void MarkedItem::SetChecked(bool checked) {
   checked_ = checked;
   Rebuild();
 }
 
-void CheckItem::SetLabel(std::string label) {
+void MarkedItem::SetLabel(std::string label) {
   label_ = std::move(label);
   Rebuild();
 }
 
-void CheckItem::Rebuild() { SetText((checked_ ? "[X] " : "[ ] ") + label_); }
-
-RadioItem::RadioItem(std::string label, bool checked)
-    : LabelItem("", true), label_(std::move(label)), checked_(checked) {
-  Rebuild();
-}
-
-void RadioItem::SetChecked(bool checked) {
-  checked_ = checked;
-  Rebuild();
-}
-
-void RadioItem::SetLabel(std::string label) {
-  label_ = std::move(label);
-  Rebuild();
-}
-
-void RadioItem::Rebuild() { SetText((checked_ ? "(o) " : "( ) ") + label_); }
+void MarkedItem::Rebuild() { SetText((checked_ ? checkedMark_ : uncheckedMark_) + label_); }
 
 }  // namespace Konu

@@ -22,7 +22,7 @@ class Keyboard : public SimHostFixture {
     DialogChildSetup setup{Root(), true, "root"};
     KonuTest::ForkDialog<Konu::KeyboardDialog>(term, setup);
     ASSERT_TRUE(term.WaitForText("Configure Keyboard")) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    ASSERT_TRUE(term.WaitUntilPolling());
   }
 
   std::string Current() const { return State("/keyboard/current").get<std::string>(); }
@@ -119,16 +119,16 @@ TEST_F(Keyboard, LoginKeyboardLineOpensTheDialogAndShowsTheNewLayout) {
   DialogChildSetup setup{Root(), true, ""};
   KonuTest::ForkDialog<Konu::LoginDialog>(term, setup);
   ASSERT_TRUE(term.WaitForText("Configured Keyboard (US Default)")) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Enter");  // the keyboard line has the focus first
   ASSERT_TRUE(term.WaitForText("Configure Keyboard")) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Down");
   term.Press("Space");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("Configured Keyboard (Brazilian)")) << term.Screen();
   EXPECT_EQ("Brazilian", Current());
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   // Tab reaches the name field, Enter the secret, Enter logs in.
   term.Press("Tab");
   term.Press("Enter");
@@ -147,13 +147,13 @@ TEST_F(Keyboard, ConsoleLoginKeyboardLineAppliesTheMarkedLayoutToTheHost) {
   Terminal term(24, 80);
   term.Spawn({KONU_BIN, "--host-root", Root()}, {"TERM=xterm", "ESCDELAY=25", "LANG=C.UTF-8"});
   ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("F2");
   ASSERT_TRUE(term.WaitForText("Configured Keyboard (US Default)")) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("Configure Keyboard")) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   for (int i = 0; i < 7; ++i) term.Press("Down");
   term.Press("Space");
   ASSERT_TRUE(term.WaitForText("(o) French")) << term.Screen();

@@ -26,7 +26,7 @@ class Login : public SimHostFixture {
     DialogChildSetup setup{Root(), localConsole, ""};
     KonuTest::ForkDialog<Konu::LoginDialog>(term, setup);
     ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    ASSERT_TRUE(term.WaitUntilPolling());
   }
 
   // Types the secret (the name field is focused first) and presses Enter twice: once to
@@ -169,7 +169,7 @@ TEST_F(Login, ExpiredPasswordGoesThroughThePasswordDialogThenTheNewPasswordLogsI
   term.Type("new-pass");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForNoText("Old Password:")) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   EXPECT_EQ("new-pass", State("/users/erin/password"));
   EXPECT_EQ(false, State("/users/erin/expired"));
   EXPECT_TRUE(Contains(Syslog(), "Password has expired for user erin")) << Syslog();
@@ -236,10 +236,10 @@ TEST_F(Login, DisabledDialogRefusesUntilEnter) {
   ASSERT_TRUE(term.WaitForText("konu-host.example.test.")) << term.Screen();
   EXPECT_TRUE(term.WaitForText("Direct console access has been disabled by the")) << term.Screen();
   EXPECT_TRUE(term.WaitForText("administrator for konu-host.example.test.")) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Esc");
   term.Press("x");
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   EXPECT_FALSE(Contains(term.Screen(), "RESULT=")) << "only Enter closes it";
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
@@ -265,12 +265,12 @@ class ConsoleLogin : public SimHostFixture {
       term.Spawn({KONU_BIN, "--host-root", Root()}, env);
     }
     ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    ASSERT_TRUE(term.WaitUntilPolling());
   }
   void OpenLogin(Terminal& term) {
     term.Press("F2");
     ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    ASSERT_TRUE(term.WaitUntilPolling());
   }
   // From the name field: Enter to the secret, the secret, Enter.
   void Submit(Terminal& term, const std::string& name, const std::string& secret) {
@@ -294,10 +294,10 @@ TEST_F(ConsoleLogin, WithoutTheMarkerFileF2OpensTheRefusalNeverTheForm) {
   ASSERT_TRUE(term.WaitForText("Authentication Denied")) << term.Screen();
   EXPECT_FALSE(Contains(term.Screen(), "Authentication Required")) << term.Screen();
   EXPECT_FALSE(Contains(term.Screen(), "Login Name:")) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForNoText("Authentication Denied")) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("F12");
   ASSERT_TRUE(term.WaitForText("Authentication Denied")) << term.Screen();
   EXPECT_FALSE(Contains(ReadFile("var/log/audit.log"), "login.connect"));
@@ -356,7 +356,7 @@ TEST_F(ConsoleLogin, ExpiredUserSetsANewPasswordAndThenLogsInWithIt) {
   term.Type("new-pass");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForNoText("Old Password:")) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   EXPECT_TRUE(Contains(Journal(), "backup.sh")) << Journal();
   EXPECT_TRUE(Contains(Syslog(), "Login password for user erin has changed")) << Syslog();
 
@@ -375,7 +375,7 @@ TEST_F(ConsoleLogin, CardInsertedOnTheWelcomeScreenSwitchesTheFormToPinAndF3Flip
   Card({"insert", "root"});
   ASSERT_TRUE(term.WaitFor([&] { return Contains(Syslog(), "Found smart card with user id 'root'"); }))
       << Syslog();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   OpenLogin(term);
   ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();
   int row = 0, col = 0;
@@ -388,7 +388,7 @@ TEST_F(ConsoleLogin, CardInsertedOnTheWelcomeScreenSwitchesTheFormToPinAndF3Flip
   ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();
   Submit(term, "", "konu");
   ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
 
   Card({"remove"});
   int status = -1;

@@ -25,7 +25,7 @@ class Password : public SimHostFixture {
     ASSERT_TRUE(term.WaitForText("Configure Password")) << term.Screen();
     ASSERT_TRUE(term.WaitForText("Setting the password will prevent unauthorized access")) << term.Screen();
     ASSERT_TRUE(term.WaitForText("to this host.")) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    ASSERT_TRUE(term.WaitUntilPolling());
   }
 
   // The stars shown in the field labelled `label`.
@@ -103,16 +103,16 @@ TEST_F(Password, SamePasswordWarningEscReturnsToTheFormEnterChangesForReal) {
   ASSERT_TRUE(term.WaitForText("New password is same as old password. Are you sure?")) << term.Screen();
   EXPECT_TRUE(term.WaitForText("Configure Password: Warning"));
   EXPECT_TRUE(term.WaitForText("<Enter> Confirm"));
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForNoText("Are you sure?")) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   EXPECT_EQ(4u, Stars(term, "Confirm Password:")) << "the form is unchanged";
   EXPECT_EQ(0, Backups());
 
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("Are you sure?")) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root")) << term.Screen();
   FinishDialogChild(term, 1);

@@ -48,7 +48,7 @@ TEST_F(Startup, EscapeRIsAResize) {
   Terminal term(24, 80);
   StartKonu(term);
   ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Write("\033R");
   int status = -1;
   ASSERT_TRUE(term.WaitForExit(5000, &status));
@@ -101,7 +101,7 @@ TEST_F(Startup, ScreenDimsAfterAMinuteOfTheClockAndAKeyBringsItBack) {
   ASSERT_TRUE(term.WaitFor([&] { return term.Colors(row, col).foreground == 6; }, 5000))
       << "dimmed text is dark grey on black";
   EXPECT_EQ(0, term.Colors(row, col).background);
-  ASSERT_TRUE(WaitUntilWaitingForKey(term)) << "dimming discards typed-ahead keys; press after it";
+  ASSERT_TRUE(term.WaitUntilPolling()) << "dimming discards typed-ahead keys; press after it";
   term.Press("x");
   EXPECT_TRUE(term.WaitFor([&] { return term.Colors(row, col).foreground == 7; }, 2500)) << "white again";
 }

@@ -40,14 +40,14 @@ class WelcomeScreen : public SimHostFixture {
   void Start(Terminal& term, const std::string& firstText) {
     StartKonu(term);
     ASSERT_TRUE(term.WaitForText(firstText)) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    ASSERT_TRUE(term.WaitUntilPolling());
   }
   // Presses a key that only refreshes the screen and waits for `text` to appear.
   void RefreshUntil(Terminal& term, const std::string& text) {
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    ASSERT_TRUE(term.WaitUntilPolling());
     term.Press("x");
     ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    ASSERT_TRUE(term.WaitUntilPolling());
   }
   void SetIpv6Addresses(const std::vector<std::string>& addresses) {
     nlohmann::json list = nlohmann::json::array();
@@ -230,7 +230,7 @@ TEST_F(WelcomeScreen, LoginSwitchedOffOpensTheDisabledDialog) {
   term.Press("F2");
   ASSERT_TRUE(term.WaitForText("Authentication Denied")) << term.Screen();
   EXPECT_FALSE(term.WaitForText("Authentication Required", 0));
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForNoText("Authentication Denied")) << term.Screen();
   EXPECT_TRUE(term.WaitForText(ProductLine(), 0));

@@ -30,13 +30,13 @@ class WelcomeSession : public SimHostFixture {
   void Start(Terminal& term, double clockSpeed = 0) {
     StartKonu(term, {}, clockSpeed);
     ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    ASSERT_TRUE(term.WaitUntilPolling());
   }
   // F2 or F12, then root's password in the login form (the name field is focused first).
   void LogIn(Terminal& term, const char* key, const char* secret = "konu") {
     term.Press(key);
     ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    ASSERT_TRUE(term.WaitUntilPolling());
     term.Press("Enter");
     term.Type(secret);
     term.Press("Enter");
@@ -45,7 +45,7 @@ class WelcomeSession : public SimHostFixture {
   void OpenMenu(Terminal& term) {
     LogIn(term, "F2");
     ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
-    ASSERT_TRUE(WaitUntilWaitingForKey(term));
+    ASSERT_TRUE(term.WaitUntilPolling());
   }
   std::string Audit() const { return ReadFile("var/log/audit.log"); }
   void Card(const std::vector<std::string>& words) const {
@@ -75,7 +75,7 @@ TEST_F(WelcomeSession, EscInTheMenuLogsOutWithLogLineAndAuditRecord) {
       << Audit();
 
   // The welcome screen goes on: a second session opens and closes the same way.
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   OpenMenu(term);
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForNoText(kMenuTitle)) << term.Screen();
@@ -99,7 +99,7 @@ TEST_F(WelcomeSession, IdleMenuEndsTheSessionWithTimeOutAndTheWelcomeScreenRetur
   EXPECT_EQ(1u, Count(Syslog(), "User root logged out")) << "one logout line only";
 
   // The process lives on and the welcome screen takes keys again.
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("F2");
   EXPECT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
 }
@@ -115,7 +115,7 @@ TEST_F(WelcomeSession, IdleLoginFormClosesWithoutALogout) {
   EXPECT_TRUE(term.WaitForText(ProductLine(), 0)) << term.Screen();
   EXPECT_FALSE(Has(Syslog(), "logged out")) << Syslog();
   EXPECT_FALSE(Has(Audit(), "login.")) << Audit();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("F2");
   EXPECT_TRUE(term.WaitForText("Authentication Required")) << "the welcome screen takes keys again";
 }
@@ -126,7 +126,7 @@ TEST_F(WelcomeSession, QuitSignalInASessionEndsTheProcessOnlyWhenTheSessionEnds)
   OpenMenu(term);
   term.Signal(SIGUSR2);
   // Still inside the menu, reading keys again after the signal.
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   int status = -1;
   EXPECT_FALSE(term.WaitForExit(500, &status)) << "the session is not cut short";
   EXPECT_TRUE(term.WaitForText(kMenuTitle, 0));
@@ -154,7 +154,7 @@ TEST_F(WelcomeSession, F12AfterLoginOpensTheShutdownDialogWithoutASession) {
   // The dialog's title besides the welcome screen's own F12 label beneath it.
   ASSERT_TRUE(term.WaitFor([&] { return Count(term.Screen(), "Shut Down/Restart") == 2; })) << term.Screen();
   EXPECT_FALSE(term.WaitForText(kMenuTitle, 0));
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Esc");
   ASSERT_TRUE(term.WaitFor([&] { return Count(term.Screen(), "Shut Down/Restart") == 1; })) << term.Screen();
   EXPECT_TRUE(term.WaitForText(ProductLine(), 0));
@@ -167,7 +167,7 @@ TEST_F(WelcomeSession, EscInTheLoginFormReturnsWithoutASession) {
   Start(term);
   term.Press("F2");
   ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForNoText("Authentication Required")) << term.Screen();
   EXPECT_FALSE(term.WaitForText(kMenuTitle, 0));
@@ -182,15 +182,15 @@ TEST_F(WelcomeSession, SmartCardIsFoundOnTheWelcomeScreenAndItsRemovalEndsACardS
       << Syslog();
 
   // The login form opens on the card's PIN; the PIN logs root in with the card.
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("F2");
   ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Enter");
   term.Type("konu");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
 
   Card({"remove"});
   int status = -1;
@@ -205,7 +205,7 @@ TEST_F(WelcomeSession, CardRemovalDoesNotEndAPasswordSession) {
   OpenMenu(term);  // no card: a password login
   Card({"insert", "root"});
   Card({"remove"});
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   int status = -1;
   EXPECT_FALSE(term.WaitForExit(500, &status));
   EXPECT_FALSE(Has(Syslog(), "Logging out user id")) << Syslog();

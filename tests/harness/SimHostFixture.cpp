@@ -48,13 +48,9 @@ void SimHostFixture::StartKonu(Terminal& term, const std::vector<std::string>& a
   term.Spawn(argv, env);
 }
 
-bool SimHostFixture::WaitUntilWaitingForKey(Terminal& term, int timeoutMs) {
-  return term.WaitUntilPolling(timeoutMs);
-}
-
 void SimHostFixture::FinishDialogChild(Terminal& term, int expected) {
   ASSERT_TRUE(term.WaitForText("RESULT=" + std::to_string(expected))) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("q");
   int status = -1;
   ASSERT_TRUE(term.WaitForExit(5000, &status));
@@ -64,10 +60,10 @@ void SimHostFixture::FinishDialogChild(Terminal& term, int expected) {
 
 void SimHostFixture::Acknowledge(Terminal& term, const std::string& text) {
   ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForNoText(text)) << term.Screen();
-  ASSERT_TRUE(WaitUntilWaitingForKey(term));
+  ASSERT_TRUE(term.WaitUntilPolling());
 }
 
 void SimHostFixture::AddUser(const std::string& name, const std::string& password, bool denied,

@@ -44,11 +44,6 @@ class SimHostFixture : public ::testing::Test {
   // Starts konu on this host. clockSpeed > 0 runs the console's clock that much faster.
   void StartKonu(Terminal& term, const std::vector<std::string>& args = {}, double clockSpeed = 0) const;
 
-  // Waits until the program's main thread sleeps in poll(), that is, it waits for a key.
-  // A frame discards keys typed while it is being built, so a test that presses a key
-  // right after a screen appeared waits for this first, as a person waits for the screen.
-  static bool WaitUntilWaitingForKey(Terminal& term, int timeoutMs = 5000);
-
   // Waits for a message box showing `text`, closes it with Enter and waits until it is gone
   // and the screen beneath reads keys again.
   static void Acknowledge(Terminal& term, const std::string& text);
