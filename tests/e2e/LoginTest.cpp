@@ -187,8 +187,7 @@ TEST_F(Login, ExpiredPasswordGoesThroughThePasswordDialogThenTheNewPasswordLogsI
 }
 
 TEST_F(Login, CardPresentOpensThePinFormWithTheCardsLoginIdAndF3Flips) {
-  ASSERT_EQ(
-      0, KonuTest::RunCommandLine({KONU_HOSTSIM_BIN, "--root", Root(), "card", "insert", "root"}).exitCode);
+  Card({"insert", "root"});
   Terminal term(24, 80);
   OpenLogin(term);
   std::string screen = term.Screen();
@@ -278,11 +277,6 @@ class ConsoleLogin : public SimHostFixture {
     term.Press("Enter");
     term.Type(secret);
     term.Press("Enter");
-  }
-  void Card(const std::vector<std::string>& words) const {
-    std::vector<std::string> argv = {KONU_HOSTSIM_BIN, "--root", Root(), "card"};
-    argv.insert(argv.end(), words.begin(), words.end());
-    ASSERT_EQ(0, KonuTest::RunCommandLine(argv).exitCode);
   }
 };
 

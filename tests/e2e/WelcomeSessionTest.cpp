@@ -48,11 +48,6 @@ class WelcomeSession : public SimHostFixture {
     ASSERT_TRUE(term.WaitUntilPolling());
   }
   std::string Audit() const { return ReadFile("var/log/audit.log"); }
-  void Card(const std::vector<std::string>& words) const {
-    std::vector<std::string> argv = {KONU_HOSTSIM_BIN, "--root", Root(), "card"};
-    argv.insert(argv.end(), words.begin(), words.end());
-    ASSERT_EQ(0, KonuTest::RunCommandLine(argv).exitCode);
-  }
 };
 
 TEST_F(WelcomeSession, EscInTheMenuLogsOutWithLogLineAndAuditRecord) {
@@ -172,31 +167,6 @@ TEST_F(WelcomeSession, EscInTheLoginFormReturnsWithoutASession) {
   ASSERT_TRUE(term.WaitForNoText("Authentication Required")) << term.Screen();
   EXPECT_FALSE(term.WaitForText(kMenuTitle, 0));
   EXPECT_FALSE(Has(Audit(), "login.")) << Audit();
-}
-
-TEST_F(WelcomeSession, SmartCardIsFoundOnTheWelcomeScreenAndItsRemovalEndsACardSession) {
-  Terminal term(24, 80);
-  Start(term);
-  Card({"insert", "root"});  // the card service tells the console with SIGUSR1
-  ASSERT_TRUE(term.WaitFor([&] { return Has(Syslog(), "Found smart card with user id 'root'"); }))
-      << Syslog();
-
-  // The login form opens on the card's PIN; the PIN logs root in with the card.
-  ASSERT_TRUE(term.WaitUntilPolling());
-  term.Press("F2");
-  ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  term.Press("Enter");
-  term.Type("konu");
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-
-  Card({"remove"});
-  int status = -1;
-  ASSERT_TRUE(term.WaitForExit(5000, &status)) << term.Screen();
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-  EXPECT_TRUE(Has(Syslog(), "Logging out user id 'root'")) << Syslog();
 }
 
 TEST_F(WelcomeSession, CardRemovalDoesNotEndAPasswordSession) {

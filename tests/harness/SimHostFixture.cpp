@@ -66,6 +66,12 @@ void SimHostFixture::Acknowledge(Terminal& term, const std::string& text) {
   ASSERT_TRUE(term.WaitUntilPolling());
 }
 
+void SimHostFixture::Card(const std::vector<std::string>& words) const {
+  std::vector<std::string> argv = {KONU_HOSTSIM_BIN, "--root", Root(), "card"};
+  argv.insert(argv.end(), words.begin(), words.end());
+  ASSERT_EQ(0, RunCommandLine(argv).exitCode);
+}
+
 void SimHostFixture::AddUser(const std::string& name, const std::string& password, bool denied,
                              bool expired) const {
   SetState("/users/" + name, {{"password", password},

@@ -48,6 +48,10 @@ class SimHostFixture : public ::testing::Test {
   // and the screen beneath reads keys again.
   static void Acknowledge(Terminal& term, const std::string& text);
 
+  // konu-hostsim card WORDS... ("insert USER", "remove"): the reader changes and the console
+  // is told with SIGUSR1.
+  void Card(const std::vector<std::string>& words) const;
+
   // A console user in the state: password, and whether it is denied or its password expired.
   void AddUser(const std::string& name, const std::string& password, bool denied, bool expired) const;
 
