@@ -3,6 +3,8 @@ JOBS       ?= $(shell nproc)
 BUILD      ?= build
 ASAN_BUILD ?= build-sanitize
 DEMO_HOST  ?= $(BUILD)/demo-host
+# ccache, where the machine has it, makes rebuilds in several checkouts cheap.
+LAUNCHER   := $(if $(shell command -v ccache),-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache)
 
 .PHONY: all deps build demo demo-fresh test test-sanitize clean
 
@@ -12,7 +14,7 @@ deps:
 	@scripts/install-deps.sh
 
 build: deps
-	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo $(LAUNCHER)
 	cmake --build $(BUILD) -j$(JOBS)
 
 # Runs the console in this terminal on a simulated host kept under build/ between runs.
@@ -32,7 +34,7 @@ test: build
 
 test-sanitize:
 	@scripts/install-deps.sh
-	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DKONU_SANITIZE=ON
+	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DKONU_SANITIZE=ON $(LAUNCHER)
 	cmake --build $(ASAN_BUILD) -j$(JOBS)
 	cd $(ASAN_BUILD) && LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp ctest --output-on-failure -j$(JOBS) --timeout 600
 
