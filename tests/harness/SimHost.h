@@ -18,6 +18,8 @@
 #include <thread>
 #include <vector>
 
+#include "tests/harness/BuildPaths.h"
+
 namespace KonuTest {
 
 inline std::string ReadFileText(const std::string& path) {

@@ -62,6 +62,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/harness/BuildPaths.h"
+
 namespace KonuTest {
 
 // Colours of one cell as palette indexes (-1 = the terminal's default colour, -2 = a
@@ -110,7 +112,7 @@ class Terminal {
 
   std::string Row(int row) const;  // the row's text, trailing blanks kept, UTF-8
   std::string Region(int row, int col, int rows, int cols) const;  // rows joined by '\n'
-  std::string Screen() const;  // every row, joined by '\n'
+  std::string Screen() const;                                      // every row, joined by '\n'
   CellColors Colors(int row, int col) const;
   // Position of the first occurrence of `text` on screen; false when absent.
   bool Find(std::string_view text, int* row, int* col) const;

@@ -97,9 +97,8 @@ TEST_F(HostSimState, ConcurrentWritersLoseNoUpdateAndReadersNeverSeeATornFile) {
   fresh["fromShell"] = Json::array();
   file.Write(fresh);
   constexpr int kRounds = 150;
-  std::string loop = "i=0; while [ $i -lt " + std::to_string(kRounds) +
-                     " ]; do '" KONU_HOSTSIM_BIN "' --root '" + dir.Path() +
-                     "' set /fromShell/- $i || exit 1; i=$((i+1)); done";
+  std::string loop = "i=0; while [ $i -lt " + std::to_string(kRounds) + " ]; do '" + KONU_HOSTSIM_BIN +
+                     "' --root '" + dir.Path() + "' set /fromShell/- $i || exit 1; i=$((i+1)); done";
   std::atomic<bool> stop{false};
   std::atomic<int> reads{0}, tornReads{0};
   std::thread reader([&] {
