@@ -7,9 +7,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "host/HostRoot.h"
 #include "host/Log.h"
 #include "ops/CommandRunner.h"
+#include "ops/ServiceScript.h"
 
 namespace Konu {
 namespace {
@@ -44,12 +44,6 @@ void WriteMinutes(const char* option, uint32_t minutes) {
   RunCommand("/sbin/localcli", argv);
 }
 
-// The script with one action; 0 for a running service on "status".
-int RunServiceScript(const char* script, const char* action) {
-  const std::string path = HostPath(script);  // sh does not know the host root
-  const char* argv[] = {"sh", path.c_str(), action, nullptr};
-  return RunCommand("/bin/sh", argv);
-}
 }  // namespace
 
 ShellTimeoutDialog::Stored ShellTimeoutDialog::ReadStored() {

@@ -10,12 +10,11 @@
 #include "app/Runtime.h"
 #include "host/Host.h"
 #include "host/HostCtlException.h"
-#include "host/HostRoot.h"
 #include "host/Log.h"
-#include "ops/CommandRunner.h"
 #include "ops/KonuTimeoutDialog.h"
 #include "ops/QalCmd.h"
 #include "ops/RestartAgentsDialog.h"
+#include "ops/ServiceScript.h"
 #include "ops/ShellTimeoutDialog.h"
 #include "ui/FormKeys.h"
 
@@ -92,12 +91,6 @@ constexpr Pane kShellTimeoutsPane = {225, 235, kFooterChange};
 constexpr Pane kKonuTimeoutPane = {226, 236, kFooterChange};
 constexpr Pane kRestartAgentsPane = {227, 234, kFooterRestart};
 
-int RunScript(const char* script, const char* action) {
-  const std::string path = HostPath(script);  // sh does not know the host root
-  const char* argv[] = {"sh", path.c_str(), action, nullptr};
-  return RunCommand("/bin/sh", argv);
-}
-
 int RunQal(const char* command) {
   const std::string user = Runtime::Get().session.user;
   const char* argv[] = {"qal-cmd", "-U", user.c_str(), command, nullptr};
@@ -119,7 +112,7 @@ void SwitchFirewall(const char* ruleset, bool enable) {
 void Toggle(const Service& service, bool on) {
   if (RunQal(on ? service.stop : service.start) != 0) {
     Log(LOG_WARNING, "%s", service.startStopWarning);
-    RunScript(service.script, on ? "stop" : "start");
+    RunServiceScript(service.script, on ? "stop" : "start");
     if (service.firewallRuleset) SwitchFirewall(service.firewallRuleset, !on);
   }
   if (RunQal(on ? service.disable : service.enable) != 0) Log(LOG_WARNING, "%s", service.enableWarning);
@@ -131,8 +124,8 @@ void Toggle(const Service& service, bool on) {
 
 TroubleShootingWindow::TroubleShootingWindow(Frame* owner)
     : RootWindow(owner),
-      shellEnabled_(RunScript(kShellService.script, "status") == 0),
-      sshEnabled_(RunScript(kSshService.script, "status") == 0),
+      shellEnabled_(RunServiceScript(kShellService.script, "status") == 0),
+      sshEnabled_(RunServiceScript(kSshService.script, "status") == 0),
       items_{LabelItem("", true), LabelItem("", true), LabelItem("", true), LabelItem("", true),
              LabelItem("", true)} {
   items_[kKonuTimeout].SetText(GetString(kKonuTimeoutPane.title));

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 
-#include "app/Clock.h"
 #include "ops/RestoreDialog.h"
 #include "tests/e2e/DialogChild.h"
 #include "tests/harness/SimHostFixture.h"
@@ -141,23 +140,10 @@ TEST_F(Shutdown, NoIdleTimeOutClosesTheDialogOpenedWithF12) {
   EXPECT_TRUE(term.WaitForText("[X] Forcefully terminate")) << term.Screen();
 }
 
-// The reset dialog runs by itself (in a session, with a one-minute time-out on a clock twenty
-// times faster)
-// until the menu that opens it is reachable.
+// The reset dialog runs by itself, in a session with a one-minute time-out on a clock twenty
+// times faster, until the menu that opens it is reachable.
 void ForkRestore(Terminal& term, const std::string& root) {
-  term.Fork(
-      [root] {
-        return KonuTest::RunDialogChild({root, false, "root"}, [](Konu::Frame& owner) {
-          static Konu::ScaledClock clock(20);
-          Konu::Runtime& runtime = Konu::Runtime::Get();
-          runtime.SetClock(&clock);
-          runtime.session.active = true;
-          runtime.session.idleTimeout = 60;
-          Konu::RestoreDialog dialog(&owner);
-          return dialog.RunModal();
-        });
-      },
-      KonuTest::UiEnv());
+  KonuTest::ForkDialogInSession<Konu::RestoreDialog>(term, root, 20, 60);
 }
 
 TEST_F(Shutdown, ResetRestoresTheDefaultsAndOnlyEnterRestarts) {

@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <functional>
 
-#include "app/Clock.h"
-#include "app/KonuTimeout.h"
 #include "ops/KonuTimeoutDialog.h"
 #include "ops/RestartAgentsDialog.h"
 #include "ops/RunningVMsWarningDialog.h"
@@ -268,24 +266,7 @@ TEST_F(Troubleshooting, KonuTimeoutIsCheckedAndSavedInSeconds) {
 // minute, which the window then reaches on a clock sixty times faster.
 TEST_F(Troubleshooting, ANewConsoleTimeoutAppliesToTheRunningSession) {
   Terminal term(24, 80);
-  const std::string root = Root();
-  term.Fork(
-      [root] {
-        return KonuTest::RunDialogChild({root, false, "root"}, [](Konu::Frame& owner) {
-          static Konu::ScaledClock clock(60);
-          Konu::Runtime& runtime = Konu::Runtime::Get();
-          runtime.SetClock(&clock);
-          runtime.session.active = true;
-          runtime.session.idleTimeout = 0;
-          try {
-            Konu::TroubleShootingWindow window(&owner);
-            return window.RunModal();
-          } catch (const Konu::KonuTimeout&) {
-            return 99;
-          }
-        });
-      },
-      KonuTest::UiEnv());
+  KonuTest::ForkDialogInSession<Konu::TroubleShootingWindow>(term, Root(), 60, 0);
   ASSERT_TRUE(term.WaitForText("Troubleshooting Mode Options")) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());
   Press(term, {"Down", "Down", "Down", "Enter"});
