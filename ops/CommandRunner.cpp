@@ -22,23 +22,14 @@ namespace {
 
 constexpr long kPollMicroseconds = 20000;
 
-// The tool folders a simulated root offers its children in place of the machine's own.
-constexpr const char* kSimulatedToolFolders[] = {"/bin", "/sbin", "/usr/bin", "/usr/sbin"};
-
-// "PYTHONHOME=/" and nothing else of the console's environment; a simulated host adds
-// a PATH that reaches only its own tools.
+// "PYTHONHOME=/" and nothing else of the console's environment, but a PATH that reaches the
+// host's tools: a simulated host's alone, or the real host's before the machine's own.
 class ChildEnvironment {
  public:
   ChildEnvironment() {
     entries_.push_back("PYTHONHOME=/");
-    if (IsSimulatedHost()) {
-      std::string path = "PATH=";
-      for (const char* folder : kSimulatedToolFolders) {
-        if (path.size() > 5) path += ':';
-        path += HostPath(folder);
-      }
-      entries_.push_back(std::move(path));
-    }
+    std::string path = HostToolSearchPath();
+    if (!path.empty()) entries_.push_back("PATH=" + path);
     for (const std::string& entry : entries_) pointers_.push_back(entry.c_str());
     pointers_.push_back(nullptr);
   }
