@@ -10,8 +10,10 @@
 #include <cerrno>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "host/CommandLine.h"
 #include "host/HostRoot.h"
 #include "host/Log.h"
 #include "ops/ChildProcess.h"
@@ -140,6 +142,40 @@ void WaitWithLimit(ChildProcess& child, int timeLimit, int& status) {
   }
 }
 
+// A shell's command line ("sh -c LINE") and script ("sh /etc/init.d/SSH status") name host
+// paths; they are placed on this machine as the program's own path is.
+class ShellArguments {
+ public:
+  ShellArguments(const char* path, const char* const argv[]) {
+    std::string_view name(path);
+    name.remove_prefix(name.rfind('/') + 1);
+    bool shell = name == "sh" || name == "bash";
+    bool command = false, script = false;
+    for (size_t i = 0; argv[i]; ++i) {
+      std::string arg = argv[i];
+      if (shell && i > 0 && !script) {
+        if (command) {
+          arg = HostCommandLine(arg);
+          script = true;
+        } else if (arg == "-c") {
+          command = true;
+        } else if (!arg.empty() && arg.front() == '/') {
+          arg = HostPath(arg);
+          script = true;
+        }
+      }
+      args_.push_back(std::move(arg));
+    }
+    for (const std::string& arg : args_) pointers_.push_back(arg.c_str());
+    pointers_.push_back(nullptr);
+  }
+  const char* const* Get() const { return pointers_.data(); }
+
+ private:
+  std::vector<std::string> args_;
+  std::vector<const char*> pointers_;
+};
+
 }  // namespace
 
 int RunCommand(const char* path, const char* const argv[], char* out, int* outLength, char* err,
@@ -150,9 +186,10 @@ int RunCommand(const char* path, const char* const argv[], char* out, int* outLe
   if (!in.Open() || !outPipe.Open() || !errPipe.Open()) return -1;
 
   ChildEnvironment environment;
+  ShellArguments arguments(path, argv);
   ChildProcess child;
-  int spawnError = child.Spawn(HostPath(path), argv, environment.Get(), in.read.Get(), outPipe.write.Get(),
-                               errPipe.write.Get());
+  int spawnError = child.Spawn(HostPath(path), arguments.Get(), environment.Get(), in.read.Get(),
+                               outPipe.write.Get(), errPipe.write.Get());
   if (spawnError != 0) {
     in = Pipe();
     outPipe = Pipe();

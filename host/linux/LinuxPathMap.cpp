@@ -1,11 +1,7 @@
 // The Linux path map: one table from the document's host paths to their homes here.
 #include "host/linux/LinuxPathMap.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -13,7 +9,7 @@
 #include <fstream>
 #include <vector>
 
-extern char** environ;
+#include "host/linux/LinuxCommand.h"
 
 namespace HostCtl::Linux {
 namespace {
@@ -91,34 +87,6 @@ bool Exists(const std::string& path) {
   return stat(path.c_str(), &st) == 0;
 }
 
-// Runs `argv` with standard output into `out`, stopped after kExportSeconds. True on exit 0.
-bool RunBounded(const std::vector<std::string>& args, const std::string& out) {
-  int fd = open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0640);
-  if (fd < 0) return false;
-  std::vector<char*> argv;
-  for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
-  argv.push_back(nullptr);
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, fd, 1);
-  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-  pid_t pid = 0;
-  int error = posix_spawnp(&pid, argv[0], &actions, nullptr, argv.data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
-  close(fd);
-  if (error != 0) return false;
-  int status = 0;
-  for (int tick = 0; tick < kExportSeconds * 50; ++tick) {
-    if (waitpid(pid, &status, WNOHANG) == pid) return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    timespec pause{0, 20 * 1000 * 1000};
-    nanosleep(&pause, nullptr);
-  }
-  kill(pid, SIGKILL);
-  waitpid(pid, &status, 0);
-  return false;
-}
-
 }  // namespace
 
 LinuxPathMap::LinuxPathMap(std::string root, std::string journalctl)
@@ -175,7 +143,8 @@ std::string LinuxPathMap::ExportedLog(std::string_view name, std::string_view jo
     at = end + 1;
   }
   std::string partial = path + ".new";
-  if (RunBounded(args, partial) && rename(partial.c_str(), path.c_str()) == 0) return path;
+  if (RunLimited(args, kExportSeconds, partial).Ok() && rename(partial.c_str(), path.c_str()) == 0)
+    return path;
   unlink(partial.c_str());
   return path;  // no journal: the log is not offered
 }
