@@ -1,16 +1,13 @@
-// Service scripts run through sh, their paths under the host root.
+// Service scripts run through sh.
 #include "ops/ServiceScript.h"
 
-#include <string>
-
-#include "host/HostRoot.h"
 #include "ops/CommandRunner.h"
 
 namespace Konu {
 
 int RunServiceScript(const char* script, const char* action) {
-  const std::string path = HostPath(script);  // sh does not know the host root
-  const char* argv[] = {"sh", path.c_str(), action, nullptr};
+  // The runner places the script's host path on this machine, as it does the program's.
+  const char* argv[] = {"sh", script, action, nullptr};
   return RunCommand("/bin/sh", argv);
 }
 

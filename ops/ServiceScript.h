@@ -3,8 +3,8 @@
 
 namespace Konu {
 
-// RunCommand("/bin/sh", {"sh", script, action}) with the script's path taken under the host
-// root; "status" answers 0 for a running service. Returns the exit code, or -1.
+// RunCommand("/bin/sh", {"sh", script, action}); "status" answers 0 for a running service.
+// Returns the exit code, or -1.
 int RunServiceScript(const char* script, const char* action);
 
 }  // namespace Konu
