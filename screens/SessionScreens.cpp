@@ -1,42 +1,17 @@
-// Plain stand-ins for the System Customization menu and the shutdown dialog: a titled
-// screen and a titled dialog that only Esc leaves, reading keys with the session's idle
-// time-out like every screen inside a session.
+// The session's screens: the System Customization menu, and a plain stand-in for the
+// shutdown dialog (a titled dialog that only Esc leaves).
 #include "screens/SessionScreens.h"
 
 #include <curses.h>
 
+#include "screens/GeneralWindow.h"
 #include "ui/Dialog.h"
-#include "ui/TextArea.h"
 
 namespace Konu {
 namespace {
 
 constexpr int kEsc = 27;
 constexpr uint32_t kShutdownTitleId = 1;  // "Shut Down/Restart"
-
-class CustomizationStandIn : public Frame {
- public:
-  explicit CustomizationStandIn(Frame* owner) : Frame(owner, 0, 0, COLS, LINES, 0, 7) {
-    if (Curses()) {
-      werase(Curses());
-      box(Curses(), 0, 0);
-    }
-    title_ = std::make_unique<TextArea>(this, 3, 1, COLS - 6, 1, 7);
-    footer_ = std::make_unique<TextArea>(this, 2, LINES - 2, COLS - 4, 1, 2);
-    title_->SetText("System Customization");
-    footer_->SetText("{align:right}<Esc> Log Out{/align}");
-  }
-
-  int EventLoop() override {
-    while (GetKey(true) != kEsc) {
-    }
-    return 0;
-  }
-
- private:
-  std::unique_ptr<TextArea> title_;
-  std::unique_ptr<TextArea> footer_;
-};
 
 class ShutdownStandIn : public Dialog {
  public:
@@ -54,7 +29,7 @@ class ShutdownStandIn : public Dialog {
 }  // namespace
 
 std::unique_ptr<Frame> MakeCustomizationWindow(Frame* owner) {
-  return std::make_unique<CustomizationStandIn>(owner);
+  return std::make_unique<GeneralWindow>(owner);
 }
 
 std::unique_ptr<Frame> MakeShutdownDialog(Frame* owner) { return std::make_unique<ShutdownStandIn>(owner); }

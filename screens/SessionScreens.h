@@ -9,7 +9,7 @@
 
 namespace Konu {
 
-// The "System Customization" screen, full-screen over `owner`; Esc leaves it (logs out).
+// The "System Customization" menu, full-screen over `owner`; Esc leaves it (logs out).
 std::unique_ptr<Frame> MakeCustomizationWindow(Frame* owner);
 
 // The "Shut Down/Restart" dialog over `owner`; Esc leaves it.
