@@ -11,14 +11,14 @@
 #include "host/Host.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
-#include "ops/HostFacts.h"
+#include "network/RestartNetworkDialog.h"
 #include "ops/KeyboardDialog.h"
 #include "ops/QalCmd.h"
 #include "screens/ChangePasswordDialog.h"
-#include "screens/FormKeys.h"
 #include "screens/LockdownDialog.h"
 #include "screens/SupportPane.h"
 #include "screens/SystemLogs.h"
+#include "ui/FormKeys.h"
 #include "ui/MessageDialog.h"
 
 namespace Konu {
@@ -31,7 +31,8 @@ constexpr const char kPxeBootOption[] = "PXEBootEnabled";
 constexpr int kTitleId = 4;             // "System Customization"
 constexpr int kDefaultPasswordId = 33;  // "Change default password to prevent unauthorized access"
 constexpr int kRestartErrorTitleId = 16;
-constexpr int kNoInterfaceId = 19;
+constexpr int kNoInterfaceId = 19;      // "Management network interface cannot be found."
+constexpr int kInterfaceFailedId = 20;  // "Operation on the management network interface failed."
 
 // The password footer closes its <Enter> colour; the lockdown footer does not. Operators
 // know both as they are, so they stay two texts.
@@ -77,14 +78,25 @@ bool LockdownConfigurable() {
   return QalCmdGetBool(kLockdownIsEnabled) || QalCmdGetBool(kLockdownIsPossible);
 }
 
-bool ManagementInterfaceUsable() {
+// The management interface as the host names it now; null when there is none or the
+// lookup fails (logged).
+std::unique_ptr<HostCtl::Network::NukNic> FindManagementInterface() {
   try {
     std::unique_ptr<HostCtl::Network::NetworkInfo> info = Runtime::Get().Host().CreateNetworkInfo();
     info->UpdateManagementInterface();
-    std::unique_ptr<HostCtl::Network::NukNic> nic = info->GetManagementInterface();
+    return info->GetManagementInterface();
+  } catch (const HostCtl::Lib::HostCtlException& e) {
+    Log(LOG_ERR, "Could not look up the management interface: %s", e.what());
+    return nullptr;
+  }
+}
+
+bool ManagementInterfaceUsable() {
+  std::unique_ptr<HostCtl::Network::NukNic> nic = FindManagementInterface();
+  try {
     return nic && nic->IsUsable();
   } catch (const HostCtl::Lib::HostCtlException& e) {
-    Log(LOG_WARNING, "Cannot look up the management network interface: %s", e.what());
+    Log(LOG_ERR, "Could not tell whether the management interface is usable: %s", e.what());
     return false;
   }
 }
@@ -238,15 +250,16 @@ void GeneralWindow::OpenLockdown() {
 }
 
 void GeneralWindow::OpenRestartNetwork() {
-  std::string name;
-  try {
-    name = ManagementInterfaceName();
-  } catch (const HostCtl::Lib::HostCtlException& e) {
-    Log(LOG_WARNING, "Cannot look up the management network interface: %s", e.what());
-  }
-  if (name.empty()) {
+  std::unique_ptr<HostCtl::Network::NukNic> nic = FindManagementInterface();
+  if (!nic) {
     MessageDialog(this, kRestartErrorTitleId, kNoInterfaceId).RunModal();
     return;
+  }
+  try {
+    RestartNetworkDialog(this, *nic).RunModal();
+  } catch (const HostCtl::Lib::HostCtlException& e) {
+    Log(LOG_ERR, "Restarting the management network failed: %s", e.what());
+    MessageDialog(this, kRestartErrorTitleId, kInterfaceFailedId).RunModal();
   }
 }
 

@@ -9,7 +9,7 @@
 #include "host/Log.h"
 #include "ops/CommandRunner.h"
 #include "ops/QalCmd.h"
-#include "screens/FormKeys.h"
+#include "ui/FormKeys.h"
 
 namespace Konu {
 namespace {

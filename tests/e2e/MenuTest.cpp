@@ -64,6 +64,18 @@ class Menu : public SimHostFixture {
     ASSERT_TRUE(term.WaitFor([&] { return PaneTitle(term) == title; })) << title << "\n" << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
   }
+  // The label of the entry below the focused one (the next in the local console's order).
+  static const char* NextEntry(const Terminal& term) {
+    static const char* const kOrder[] = {
+        "Configure Password",         "Configure Lockdown Mode",   "Configure Management Network",
+        "Restart Management Network", "Test Management Network",   "Network Restore Options",
+        "Configure Keyboard",         "Troubleshooting Options",   "View System Logs",
+        "View Support Information",   "Reset System Configuration"};
+    const std::string now = PaneTitle(term);
+    for (size_t i = 0; i + 1 < std::size(kOrder); ++i)
+      if (now == kOrder[i]) return kOrder[i + 1];
+    return "";
+  }
   // The row of a menu entry in the left half, -1 when it is not listed.
   static int RowOf(const Terminal& term, const std::string& label) {
     for (int row = 0; row < term.Rows(); ++row)
@@ -83,11 +95,11 @@ struct PaneCase {
 const PaneCase kFreshHostPanes[] = {
     {"Configure Password", "Set To prevent unauthorized access", "user.", "<Enter> Change"},
     {"Configure Lockdown Mode", "Disabled When enabled, lockdown mode", "application.", "<Enter> Change"},
-    {"Configure Management Network",
-     "Hostname: konu-host IPv4 Address: 10.0.0.5 IPv6 Addresses: fe80::250:56ff:fe6a:1005/64 "
-     "2001:db8:10::5/64 "
-     "2001:db8:10::50/64 To view or modify",
-     "<Enter>.", "<Enter> More"},
+    {"Configure Management Network", "Hostname: konu-host IPv4 Address: 10.0.0.5 IPv6 Addresses: fe80::",
+     "2001:db8:10::5/64 2001:db8:10::50/64 To view or modify this host's management network settings in "
+     "detail, "
+     "press <Enter>.",
+     "<Enter> More"},
     {"Restart Management Network", "Restarting the management network", "disconnected.", "<Enter> Restart"},
     {"Test Management Network", "To perform a brief network test", "hostname.", "<Enter> Run Test"},
     {"Network Restore Options", "To view various network restore", "properties.", "<Enter> Restart"},
@@ -178,12 +190,29 @@ TEST_F(Menu, RestrictedHostDimsAndSkipsEntriesAndWarnsOfTheEmptyPassword) {
   ASSERT_NO_FATAL_FAILURE(Move(term, "Up", "View System Logs"));
 }
 
-TEST_F(Menu, RestartingANetworkWhoseInterfaceWentAwayShowsTheError) {
+TEST_F(Menu, EnterOpensTheEntriesScreensAndARestartWithoutInterfaceShowsTheError) {
   Terminal term(24, 80);
-  Open(term, /*local=*/false);
-  ASSERT_NO_FATAL_FAILURE(Move(term, "Down", "Configure Lockdown Mode"));
-  ASSERT_NO_FATAL_FAILURE(Move(term, "Down", "Configure Management Network"));
-  ASSERT_NO_FATAL_FAILURE(Move(term, "Down", "Restart Management Network"));
+  Open(term);
+  // Each screen opens over the menu; Esc brings the menu back with its pane.
+  struct Opened {
+    const char* entry;  // moved to with Down from the entry before
+    const char* shows;
+  };
+  for (const Opened& opened : {Opened{"Configure Password", "Old Password:"},
+                               Opened{"Restart Management Network", "Restart management network now?"},
+                               Opened{"Configure Keyboard", "If you are having difficulty"}}) {
+    while (PaneTitle(term) != opened.entry) ASSERT_NO_FATAL_FAILURE(Move(term, "Down", NextEntry(term)));
+    term.Press("Enter");
+    ASSERT_TRUE(term.WaitForText(opened.shows)) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    term.Press("Esc");
+    ASSERT_TRUE(term.WaitForNoText(opened.shows)) << term.Screen();
+    ASSERT_TRUE(term.WaitForText(kLogOut)) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+  }
+  ASSERT_NO_FATAL_FAILURE(Move(term, "Up", "Network Restore Options"));
+  ASSERT_NO_FATAL_FAILURE(Move(term, "Up", "Test Management Network"));
+  ASSERT_NO_FATAL_FAILURE(Move(term, "Up", "Restart Management Network"));
   SetState("/network/managementInterface", "");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("Restart Management Network: Error")) << term.Screen();
