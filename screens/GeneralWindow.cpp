@@ -14,6 +14,7 @@
 #include "network/RestartNetworkDialog.h"
 #include "ops/KeyboardDialog.h"
 #include "ops/QalCmd.h"
+#include "ops/RestoreDialog.h"
 #include "screens/ChangePasswordDialog.h"
 #include "screens/LockdownDialog.h"
 #include "screens/SupportPane.h"
@@ -134,7 +135,7 @@ const GeneralWindow::KindInfo& GeneralWindow::InfoFor(int kind) {
       {kSupport, kFooterLogOut, 0, &GeneralWindow::SupportPane, nullptr},
       {kLogs, kFooterLogOut, 0, &GeneralWindow::LogsPane, nullptr},
       {kTroubleshooting, kFooterMore, 28, nullptr, nullptr},
-      {kReset, kFooterReset, 29, nullptr, nullptr},
+      {kReset, kFooterReset, 29, nullptr, &GeneralWindow::OpenReset},
       {kKeyboard, kFooterMore, 0, &GeneralWindow::KeyboardPane, &GeneralWindow::OpenKeyboard},
       {kSeparator, "", 0, nullptr, nullptr},
   };
@@ -262,6 +263,8 @@ void GeneralWindow::OpenRestartNetwork() {
     MessageDialog(this, kRestartErrorTitleId, kInterfaceFailedId).RunModal();
   }
 }
+
+void GeneralWindow::OpenReset() { RestoreDialog(this).RunModal(); }
 
 void GeneralWindow::OpenKeyboard() { KeyboardDialog(this).RunModal(); }
 

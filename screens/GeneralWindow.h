@@ -65,6 +65,7 @@ class GeneralWindow : public RootWindow {
   void OpenPassword();
   void OpenLockdown();
   void OpenRestartNetwork();
+  void OpenReset();
   void OpenKeyboard();
 
   std::vector<Entry> entries_;

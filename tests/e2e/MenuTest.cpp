@@ -200,7 +200,8 @@ TEST_F(Menu, EnterOpensTheEntriesScreensAndARestartWithoutInterfaceShowsTheError
   };
   for (const Opened& opened : {Opened{"Configure Password", "Old Password:"},
                                Opened{"Restart Management Network", "Restart management network now?"},
-                               Opened{"Configure Keyboard", "If you are having difficulty"}}) {
+                               Opened{"Configure Keyboard", "If you are having difficulty"},
+                               Opened{"Reset System Configuration", "Reset System Configuration: Confirm"}}) {
     while (PaneTitle(term) != opened.entry) ASSERT_NO_FATAL_FAILURE(Move(term, "Down", NextEntry(term)));
     term.Press("Enter");
     ASSERT_TRUE(term.WaitForText(opened.shows)) << term.Screen();
@@ -210,9 +211,11 @@ TEST_F(Menu, EnterOpensTheEntriesScreensAndARestartWithoutInterfaceShowsTheError
     ASSERT_TRUE(term.WaitForText(kLogOut)) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
   }
-  ASSERT_NO_FATAL_FAILURE(Move(term, "Up", "Network Restore Options"));
-  ASSERT_NO_FATAL_FAILURE(Move(term, "Up", "Test Management Network"));
-  ASSERT_NO_FATAL_FAILURE(Move(term, "Up", "Restart Management Network"));
+  for (const char* back :
+       {"View Support Information", "View System Logs", "Troubleshooting Options", "Configure Keyboard",
+        "Network Restore Options", "Test Management Network", "Restart Management Network"}) {
+    ASSERT_NO_FATAL_FAILURE(Move(term, "Up", back));
+  }
   SetState("/network/managementInterface", "");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("Restart Management Network: Error")) << term.Screen();
