@@ -11,6 +11,7 @@
 #include "host/Host.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
+#include "network/NetworkWindow.h"
 #include "network/RestartNetworkDialog.h"
 #include "ops/KeyboardDialog.h"
 #include "ops/QalCmd.h"
@@ -128,7 +129,7 @@ const GeneralWindow::KindInfo& GeneralWindow::InfoFor(int kind) {
   static const KindInfo kKinds[] = {
       {kPassword, kFooterChange, 0, &GeneralWindow::PasswordPane, &GeneralWindow::OpenPassword},
       {kLockdown, kFooterLockdown, 0, &GeneralWindow::LockdownPane, &GeneralWindow::OpenLockdown},
-      {kNetwork, kFooterMore, 0, &GeneralWindow::NetworkPane, nullptr},
+      {kNetwork, kFooterMore, 0, &GeneralWindow::NetworkPane, &GeneralWindow::OpenNetwork},
       {kRestartNetwork, kFooterRestart, 24, nullptr, &GeneralWindow::OpenRestartNetwork},
       {kTestNetwork, kFooterRunTest, 25, nullptr, nullptr},
       {kRestoreNetwork, kFooterRestart, 26, nullptr, nullptr},
@@ -249,6 +250,8 @@ void GeneralWindow::OpenPassword() { ChangePasswordDialog(this).RunModal(); }
 void GeneralWindow::OpenLockdown() {
   if (LockdownDialog(this).RunModal() == 1) lockdownEnabled_ = QalCmdGetBool(kLockdownIsEnabled);
 }
+
+void GeneralWindow::OpenNetwork() { NetworkWindow(this).Run(); }
 
 void GeneralWindow::OpenRestartNetwork() {
   std::unique_ptr<HostCtl::Network::NukNic> nic = FindManagementInterface();

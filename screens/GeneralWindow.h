@@ -64,6 +64,7 @@ class GeneralWindow : public RootWindow {
   // Openers by kind.
   void OpenPassword();
   void OpenLockdown();
+  void OpenNetwork();
   void OpenRestartNetwork();
   void OpenReset();
   void OpenKeyboard();

@@ -199,6 +199,7 @@ TEST_F(Menu, EnterOpensTheEntriesScreensAndARestartWithoutInterfaceShowsTheError
     const char* shows;
   };
   for (const Opened& opened : {Opened{"Configure Password", "Old Password:"},
+                               Opened{"Configure Management Network", "Network Adapters"},
                                Opened{"Restart Management Network", "Restart management network now?"},
                                Opened{"Configure Keyboard", "If you are having difficulty"},
                                Opened{"Reset System Configuration", "Reset System Configuration: Confirm"}}) {
