@@ -16,6 +16,7 @@
 #include "ops/KeyboardDialog.h"
 #include "ops/QalCmd.h"
 #include "ops/RestoreDialog.h"
+#include "ops/TroubleShootingWindow.h"
 #include "screens/ChangePasswordDialog.h"
 #include "screens/LockdownDialog.h"
 #include "screens/SupportPane.h"
@@ -135,7 +136,7 @@ const GeneralWindow::KindInfo& GeneralWindow::InfoFor(int kind) {
       {kRestoreNetwork, kFooterRestart, 26, nullptr, nullptr},
       {kSupport, kFooterLogOut, 0, &GeneralWindow::SupportPane, nullptr},
       {kLogs, kFooterLogOut, 0, &GeneralWindow::LogsPane, nullptr},
-      {kTroubleshooting, kFooterMore, 28, nullptr, nullptr},
+      {kTroubleshooting, kFooterMore, 28, nullptr, &GeneralWindow::OpenTroubleshooting},
       {kReset, kFooterReset, 29, nullptr, &GeneralWindow::OpenReset},
       {kKeyboard, kFooterMore, 0, &GeneralWindow::KeyboardPane, &GeneralWindow::OpenKeyboard},
       {kSeparator, "", 0, nullptr, nullptr},
@@ -266,6 +267,8 @@ void GeneralWindow::OpenRestartNetwork() {
     MessageDialog(this, kRestartErrorTitleId, kInterfaceFailedId).RunModal();
   }
 }
+
+void GeneralWindow::OpenTroubleshooting() { TroubleShootingWindow(this).RunModal(); }
 
 void GeneralWindow::OpenReset() { RestoreDialog(this).RunModal(); }
 

@@ -202,6 +202,7 @@ TEST_F(Menu, EnterOpensTheEntriesScreensAndARestartWithoutInterfaceShowsTheError
                                Opened{"Configure Management Network", "Network Adapters"},
                                Opened{"Restart Management Network", "Restart management network now?"},
                                Opened{"Configure Keyboard", "If you are having difficulty"},
+                               Opened{"Troubleshooting Options", "Modify KONU idle timeout"},
                                Opened{"Reset System Configuration", "Reset System Configuration: Confirm"}}) {
     while (PaneTitle(term) != opened.entry) ASSERT_NO_FATAL_FAILURE(Move(term, "Down", NextEntry(term)));
     term.Press("Enter");
