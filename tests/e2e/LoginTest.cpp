@@ -92,10 +92,10 @@ TEST_F(Login, WrongPasswordIsRefusedLoggedAuditedAndPostedAndEmptiesOnlyTheSecre
   EXPECT_TRUE(Contains(syslog, "KONU[")) << syslog;
   EXPECT_TRUE(Contains(syslog, "]: Authentication of user root failed")) << syslog;
   EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"),
-                  "login.connect user=\"root\" origin=\"\" success=0 reason=\"Invalid Login\""))
+                       "login.connect user=\"root\" origin=\"\" success=0 reason=\"Invalid Login\""))
       << ReadFile("var/log/audit.log");
   EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"),
-                  "@&!*@*@(zeb.user.konu.login.failed)Authentication of user root failed"))
+                       "@&!*@*@(zeb.user.konu.login.failed)Authentication of user root failed"))
       << ReadFile("var/log/zebd.log");
 
   // Still open: the right password now logs in.
@@ -145,8 +145,8 @@ TEST_F(Login, DeniedUserGetsNoPermission) {
   Acknowledge(term, "User does not have permission to login to KONU.");
   EXPECT_TRUE(Contains(Syslog(), "Access denied for user dave")) << Syslog();
   EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"), "success=0 reason=\"No permission\""));
-  EXPECT_TRUE(
-      Contains(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user dave"));
+  EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"),
+                       "@&!*@*@(zeb.user.konu.login.failed)Access denied for user dave"));
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
   FinishDialogChild(term, 0);
@@ -173,10 +173,10 @@ TEST_F(Login, ExpiredPasswordGoesThroughThePasswordDialogThenTheNewPasswordLogsI
   EXPECT_EQ("new-pass", State("/users/erin/password"));
   EXPECT_EQ(false, State("/users/erin/expired"));
   EXPECT_TRUE(Contains(Syslog(), "Password has expired for user erin")) << Syslog();
-  EXPECT_TRUE(
-      Contains(ReadFile("var/log/audit.log"), "user=\"erin\" origin=\"\" success=0 reason=\"Password expired\""));
-  EXPECT_TRUE(
-      Contains(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user erin"));
+  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"),
+                       "user=\"erin\" origin=\"\" success=0 reason=\"Password expired\""));
+  EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"),
+                       "@&!*@*@(zeb.user.konu.login.failed)Access denied for user erin"));
 
   // Back in the login form with the secret emptied: log in again with the new password.
   ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();

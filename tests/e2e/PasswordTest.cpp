@@ -140,7 +140,7 @@ TEST_F(Password, SuccessfulChangeBacksUpLogsPostsAndTheNewPasswordWorks) {
   ASSERT_NE(std::string::npos, line) << syslog;
   EXPECT_EQ("<14>", syslog.substr(syslog.rfind('\n', line) + 1, 4)) << syslog;
   EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"),
-                  "@&!*@*@(zeb.user.konu.login.passwd.changed)Login password for user root changed"))
+                       "@&!*@*@(zeb.user.konu.login.passwd.changed)Login password for user root changed"))
       << ReadFile("var/log/zebd.log");
 
   Konu::SetHostRoot(Root());

@@ -28,12 +28,7 @@ class Shutdown : public SimHostFixture {
     StartKonu(term, {}, clockSpeed);
     ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
-    term.Press("F12");
-    ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
-    term.Press("Enter");
-    term.Type("konu");
-    term.Press("Enter");
+    ASSERT_NO_FATAL_FAILURE(LogIn(term, "F12"));
     ASSERT_TRUE(term.WaitForText("Forcefully terminate running VMs, if any ...")) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
   }
@@ -182,6 +177,33 @@ TEST_F(Shutdown, ResetRestoresTheDefaultsAndOnlyEnterRestarts) {
     ASSERT_TRUE(term.WaitUntilPolling());
     EXPECT_TRUE(term.WaitForText("<Enter> Restart Host", 0)) << "stays until the host goes down";
   }
+}
+
+// Through the menu: the reset, then Enter restarts the host, which ends the console; no
+// machine is powered off.
+TEST_F(Shutdown, ResetFromTheMenuRestartsTheHostWithoutPoweringOffMachines) {
+  Terminal term(25, 80);
+  StartKonu(term);
+  ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(LogIn(term, "F2"));
+  ASSERT_NO_FATAL_FAILURE(MenuDownTo(term, "<Enter> Reset"));
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText("Reset System Configuration now?")) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+  term.Press("F11");
+  ASSERT_TRUE(term.WaitForText("<Enter> Restart Host")) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+  term.Press("Enter");
+  int status = -1;
+  ASSERT_TRUE(term.WaitForExit(10000, &status)) << term.Screen();
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+  const std::vector<std::string> ran = JournalCommands();
+  const auto reset = std::find(ran.begin(), ran.end(), "firmwareConfig.py --reset-only");
+  EXPECT_NE(ran.end(), std::find(reset, ran.end(), "reboot -f")) << Journal();
+  EXPECT_FALSE(Ran("powerOffVms") || Ran(kAutostop)) << Journal();
+  EXPECT_EQ("rebooting", State("/power/state").get<std::string>());
+  EXPECT_EQ(1, State("/factoryResets").get<int>());
 }
 
 TEST_F(Shutdown, AFailingResetClosesSilentlyAndEscBeforeF11DoesNothing) {

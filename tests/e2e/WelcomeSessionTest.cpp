@@ -87,9 +87,9 @@ TEST_F(WelcomeSession, IdleMenuEndsTheSessionWithTimeOutAndTheWelcomeScreenRetur
       << Syslog();
   ASSERT_TRUE(term.WaitForNoText(kMenuTitle)) << term.Screen();
   EXPECT_TRUE(term.WaitForText(ProductLine(), 0)) << term.Screen();
-  EXPECT_TRUE(term.WaitFor(
-      [&] { return Has(Audit(), "login.disconnect user=\"root\" origin=\"\" success=1 reason=\"Time out\""); }))
-      << Audit();
+  EXPECT_TRUE(term.WaitFor([&] {
+    return Has(Audit(), "login.disconnect user=\"root\" origin=\"\" success=1 reason=\"Time out\"");
+  })) << Audit();
   EXPECT_FALSE(Has(Audit(), "Session closed")) << Audit();
   EXPECT_EQ(1u, Count(Syslog(), "User root logged out")) << "one logout line only";
 

@@ -74,6 +74,27 @@ void SimHostFixture::FinishDialogChild(Terminal& term, int expected) {
   EXPECT_EQ(expected, WEXITSTATUS(status));
 }
 
+void SimHostFixture::LogIn(Terminal& term, const char* key) {
+  term.Press(key);
+  ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+  term.Press("Enter");
+  term.Type("konu");
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForNoText("Authentication Required")) << term.Screen();
+}
+
+void SimHostFixture::MenuDownTo(Terminal& term, const std::string& footer) {
+  for (int moves = 0; moves < 20 && !term.WaitForText(footer, 0); ++moves) {
+    ASSERT_TRUE(term.WaitUntilPolling());
+    const std::string before = term.Screen();
+    term.Press("Down");
+    term.WaitFor([&] { return term.Screen() != before; }, 1000);
+  }
+  ASSERT_TRUE(term.WaitForText(footer)) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+}
+
 void SimHostFixture::Acknowledge(Terminal& term, const std::string& text) {
   ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());

@@ -46,6 +46,14 @@ class SimHostFixture : public ::testing::Test {
   // Starts konu on this host. clockSpeed > 0 runs the console's clock that much faster.
   void StartKonu(Terminal& term, const std::vector<std::string>& args = {}, double clockSpeed = 0) const;
 
+  // On the welcome screen: `key` ("F2" or "F12"), then root's password "konu" in the login
+  // form of a remote terminal (the name field first); returns when the form has closed.
+  static void LogIn(Terminal& term, const char* key);
+
+  // In the System Customization menu: Down until the information pane shows `footer`
+  // ("<Enter> Reset"), then waits for key reading.
+  static void MenuDownTo(Terminal& term, const std::string& footer);
+
   // Waits for a message box showing `text`, closes it with Enter and waits until it is gone
   // and the screen beneath reads keys again.
   static void Acknowledge(Terminal& term, const std::string& text);
