@@ -3,13 +3,15 @@
 #include "ops/CommandRunner.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <signal.h>
+#include <sys/select.h>
 #include <sys/wait.h>
 #include <syslog.h>
 #include <time.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
@@ -164,6 +166,28 @@ class OutputStream {
   bool failed_ = false;
 };
 
+using Readable = std::array<bool, 3>;
+
+// Which of up to three descriptors (-1 = none) are readable within `ms` milliseconds.
+Readable WaitReadable(const std::array<int, 3>& fds, int ms) {
+  Readable ready{};
+  fd_set set;
+  FD_ZERO(&set);
+  int highest = -1;
+  for (int fd : fds) {
+    if (fd < 0 || fd >= FD_SETSIZE) continue;
+    FD_SET(fd, &set);
+    highest = std::max(highest, fd);
+  }
+  timeval limit{0, ms * 1000};
+  int n = select(highest + 1, &set, nullptr, nullptr, &limit);
+  if (n < 0 && errno != EINTR) SleepMicroseconds(ms * 1000L);  // never spin
+  if (n <= 0) return ready;
+  for (size_t i = 0; i < fds.size(); ++i)
+    ready[i] = fds[i] >= 0 && fds[i] < FD_SETSIZE && FD_ISSET(fds[i], &set);
+  return ready;
+}
+
 int64_t MonotonicMicroseconds() {
   timespec t{};
   clock_gettime(CLOCK_MONOTONIC, &t);
@@ -192,13 +216,12 @@ void WaitAndRead(ChildProcess& child, int timeLimit, OutputStream& out, OutputSt
       child.KillAndAbandon();
       return;
     }
-    pollfd fds[3] = {{out.Fd(), POLLIN, 0}, {err.Fd(), POLLIN, 0}, {signalFd, POLLIN, 0}};
-    int n = poll(fds, 3, kPollMilliseconds);
-    if (n < 0 && errno != EINTR) SleepMicroseconds(kPollMilliseconds * 1000);
-    if (n <= 0) continue;
-    if (fds[0].revents) out.ReadAvailable();
-    if (fds[1].revents) err.ReadAvailable();
-    if (fds[2].revents && TakeSignalDuringWait()) {
+    // select(), not poll(): tests tell "waiting for a key" by the main thread sleeping in
+    // poll, and a wait for a child is not that.
+    Readable ready = WaitReadable({out.Fd(), err.Fd(), signalFd}, kPollMilliseconds);
+    if (ready[0]) out.ReadAvailable();
+    if (ready[1]) err.ReadAvailable();
+    if (ready[2] && TakeSignalDuringWait()) {
       child.KillAndReap();
       std::exit(0);
     }
