@@ -34,6 +34,7 @@ class NeverHangs : public SimHostFixture {
     term.Press("Enter");
     Acknowledge(term, "Password has expired.");
     ASSERT_TRUE(term.WaitForText("Old Password:")) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
     for (const char* secret : {"old-pass", "new-pass", "new-pass"}) {
       term.Type(secret);
       term.Press("Enter");
