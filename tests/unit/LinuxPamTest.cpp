@@ -16,14 +16,15 @@
 #include "host/Log.h"
 #include "screens/PamAuth.h"
 #include "tests/harness/SimHost.h"
+#include "tests/harness/TemporaryAccounts.h"
 
 namespace fs = std::filesystem;
 using KonuTest::ReadFileText;
 
 namespace {
 
-constexpr const char kUser[] = "konutest";
-constexpr const char kPassword[] = "Right-pass1";
+constexpr const char* kUser = KonuTest::TemporaryAccounts::kUser;
+constexpr const char* kPassword = KonuTest::TemporaryAccounts::kPassword;
 constexpr const char kNewPassword[] = "Fresh-Horse-93";
 
 // Keeps the console's log lines out of the machine's log.
@@ -35,39 +36,12 @@ class NoLog : public Konu::LogSink {
 class LinuxPam : public ::testing::Test {
  protected:
   void SetUp() override {
-    etc_ = dir_.Path() + "/etc";
-    fs::create_directories(etc_ + "/pam.d");
-    for (const char* file : {"nsswitch.conf", "login.defs", "ld.so.cache", "ld.so.conf"})
-      if (fs::exists(std::string("/etc/") + file))
-        fs::copy_file(std::string("/etc/") + file, etc_ + "/" + file);
-    fs::copy("/etc/ld.so.conf.d", etc_ + "/ld.so.conf.d", fs::copy_options::recursive);
-    fs::copy("/etc/security", etc_ + "/security", fs::copy_options::recursive);
-    for (const auto& entry : fs::directory_iterator("/etc/pam.d")) {
-      std::string name = entry.path().filename();
-      if (name.rfind("common-", 0) == 0 || name == "other")
-        fs::copy_file(entry.path(), etc_ + "/pam.d/" + name);
-    }
-    fs::copy_file(KonuTest::BuildDir() + "/packaging/konu.pam", etc_ + "/pam.d/konu");
-    std::ofstream(etc_ + "/passwd") << "root:x:0:0:root:/root:/bin/sh\n"
-                                    << kUser << ":x:4242:4242:KONU test:/nonexistent:/usr/sbin/nologin\n";
-    std::ofstream(etc_ + "/group") << "root:x:0:\n" << kUser << ":x:4242:\n";
-    KonuTest::CommandResult hash =
-        KonuTest::RunCommandLine({"openssl", "passwd", "-6", "-salt", "konusalt", kPassword});
-    ASSERT_EQ(hash.exitCode, 0) << hash.err;
-    hash.out.pop_back();
-    Shadow(hash.out, "19000");
     machinePasswd_ = ReadFileText("/etc/passwd");
     machineShadow_ = ReadFileText("/etc/shadow");
   }
   void TearDown() override {
     EXPECT_EQ(ReadFileText("/etc/passwd"), machinePasswd_);
     EXPECT_EQ(ReadFileText("/etc/shadow"), machineShadow_);
-  }
-
-  void Shadow(const std::string& hash, const std::string& lastChange) {
-    std::ofstream(etc_ + "/shadow") << "root:*:19000:0:99999:7:::\n"
-                                    << kUser << ":" << hash << ":" << lastChange << ":0:99999:7:::\n";
-    chmod((etc_ + "/shadow").c_str(), 0640);
   }
 
   // Runs `body` in a child inside its own mount namespace with the temporary /etc, and
@@ -101,7 +75,8 @@ class LinuxPam : public ::testing::Test {
   }
 
   KonuTest::TempDir dir_;
-  std::string etc_;
+  KonuTest::TemporaryAccounts accounts_{dir_.Path()};
+  const std::string etc_ = accounts_.Etc();
   std::string machinePasswd_, machineShadow_;
 };
 
@@ -121,6 +96,7 @@ TEST_F(LinuxPam, RealPamUnixAuthenticatesRefusesReportsExpiryAndChanges) {
     return out;
   });
   if (result.rfind("skip: ", 0) == 0) GTEST_SKIP() << result;
+  // The common stack answers an unknown user as it answers a wrong password.
   EXPECT_EQ(result, "right=" + std::to_string(PAM_SUCCESS) + "\nwrong=" + std::to_string(PAM_AUTH_ERR) +
                         "\nunknown=" + std::to_string(PAM_AUTH_ERR) + "\nchanged=1\nnew=" +
                         std::to_string(PAM_SUCCESS) + "\nold=" + std::to_string(PAM_AUTH_ERR) + "\n");
@@ -132,7 +108,7 @@ TEST_F(LinuxPam, RealPamUnixAuthenticatesRefusesReportsExpiryAndChanges) {
   // A password that must be changed first (last change "0") is reported as such.
   std::string hash = shadow.substr(shadow.find(kUser) + strlen(kUser) + 1);
   hash.erase(hash.find(':'));
-  Shadow(hash, "0");
+  accounts_.SetShadow(hash, "0");
   std::string expired = InNamespace([] {
     Konu::SetLogSink(std::make_unique<NoLog>());
     return std::to_string(Konu::Authenticate(kUser, kNewPassword));
