@@ -188,13 +188,14 @@ int ConsoleMain(int argc, char** argv, const ConsoleHooks& hooks) {
 
   RedirectStderr();
   termios saved{};
-  tcgetattr(1, &saved);
+  Runtime::Get().startupTerminalSaved = tcgetattr(1, &saved) == 0;
   SetTerminalType();
 
   OpenLog("KONU");
   Log(LOG_INFO, "Starting KONU");
   ClaimPidFile(HostPath("/var/run/konu.pid"));
   if (vt > 0) SwitchVirtualTerminal(vt, saved);
+  Runtime::Get().startupTerminal = saved;
 
   StartCurses();
   try {
