@@ -16,8 +16,20 @@ enum WaitResult {
 };
 
 // Waits on fd 0 and the signal pipe. `limit` is a span of the runtime clock; null waits
-// without limit. A key wins over a signal byte that arrived at the same time.
+// without limit. A key wins over a signal byte that arrived at the same time; keys curses
+// has already read ahead come at once. A keyboard that is gone (end of file, hang-up)
+// gives kWaitTerminate.
 int WaitForInput(const timeval* limit);
+
+// For waits below the key reader (the command runner waiting for a child): the signal
+// pipe's read end on the user-interface thread, -1 on any other thread (only that thread
+// may take signals off the pipe).
+int SignalFdForWaits();
+
+// Takes one byte off the signal pipe after poll() found it readable. Returns true for a
+// terminating signal (the caller cleans up and exits with status 0); any other signal is
+// kept for the next WaitForInput.
+bool TakeSignalDuringWait();
 
 // Logs "WHAT with errno(N): TEXT" at error priority.
 void LogErrno(const char* what);
