@@ -34,7 +34,7 @@ int ReadSignalByte() {
   return kWaitError;
 }
 
-// A key curses has ready without waiting: read ahead before, or readable now.
+// One key read under a zero curses time-out.
 int KeyWithoutWaiting() {
   wtimeout(stdscr, 0);
   int key = wgetch(stdscr);
@@ -73,9 +73,6 @@ bool TakeSignalDuringWait() {
 }
 
 int WaitForInput(const timeval* limit) {
-  // A key curses read ahead (the rest of an unknown escape sequence) shows no readable
-  // input to poll(): hand it over first.
-  if (int key = KeyWithoutWaiting(); key != ERR) return key;
   if (!keptSignals.empty()) {
     int kept = keptSignals.front();
     keptSignals.pop_front();

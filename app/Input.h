@@ -16,9 +16,8 @@ enum WaitResult {
 };
 
 // Waits on fd 0 and the signal pipe. `limit` is a span of the runtime clock; null waits
-// without limit. A key wins over a signal byte that arrived at the same time; keys curses
-// has already read ahead come at once. A keyboard that is gone (end of file, hang-up)
-// gives kWaitTerminate.
+// without limit. A key wins over a signal byte that arrived at the same time. A keyboard
+// that is gone (end of file, hang-up) gives kWaitTerminate.
 int WaitForInput(const timeval* limit);
 
 // For waits below the key reader (the command runner waiting for a child): the signal

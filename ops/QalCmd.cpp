@@ -48,7 +48,9 @@ int RunQalCmd(const char* path, const char* const argv[], char* out, int* outLen
 void RefreshHostServices() {
   std::string user = Runtime::Get().session.user;
   const char* argv[] = {"qal-cmd", "-U", user.c_str(), "internalsvc/refresh", nullptr};
-  RunQalCmd("/bin/qal-cmd", argv);
+  // Nothing waits for the answer, but a refresh that failed is worth a line.
+  if (int status = RunQalCmd("/bin/qal-cmd", argv); status != 0)
+    Log(LOG_WARNING, "qal-cmd internalsvc/refresh failed with status %d", status);
 }
 
 bool QalCmdGetBool(const char* query) {

@@ -39,12 +39,12 @@ enum StringId {
   kChangeFailed = 160   // "The password change operation failed.\n..."
 };
 
-
-// Saves the host configuration so the new password survives a reboot; its result is not
-// checked.
+// Saves the host configuration so the new password survives a reboot; a failure changes
+// nothing on the screen but is logged.
 void RunBackup() {
   const char* const argv[] = {"backup.sh", nullptr};
-  RunCommand("/sbin/backup.sh", argv);
+  if (int status = RunCommand("/sbin/backup.sh", argv); status != 0)
+    Log(LOG_WARNING, "/sbin/backup.sh failed with status %d", status);
 }
 
 }  // namespace

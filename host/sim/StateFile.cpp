@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
@@ -45,6 +46,37 @@ void WriteAll(int fd, const std::string& data, const std::string& path) {
   }
 }
 
+// Deeper than any host state needs; the JSON writer recurses once per level.
+constexpr int kDeepestNesting = 64;
+
+// The parts every host state has, each an object.
+constexpr const char* kRequiredParts[] = {"host", "hardware", "version", "network", "users"};
+
+// How deep the text's arrays and objects nest, outside strings; stops counting past `limit`.
+int NestingDepth(const std::string& text, int limit) {
+  int depth = 0, deepest = 0;
+  bool inString = false, escaped = false;
+  for (char c : text) {
+    if (inString) {
+      if (escaped) {
+        escaped = false;
+      } else if (c == '\\') {
+        escaped = true;
+      } else if (c == '"') {
+        inString = false;
+      }
+    } else if (c == '"') {
+      inString = true;
+    } else if (c == '[' || c == '{') {
+      deepest = std::max(deepest, ++depth);
+      if (deepest > limit) break;
+    } else if (c == ']' || c == '}') {
+      --depth;
+    }
+  }
+  return deepest;
+}
+
 }  // namespace
 
 std::string StateFilePath(const std::string& root) {
@@ -77,8 +109,18 @@ nlohmann::json StateFile::ReadUnlocked() const {
   std::stringstream buffer;
   buffer << in.rdbuf();
   std::string text = buffer.str();
+  if (NestingDepth(text, kDeepestNesting) > kDeepestNesting)
+    throw StateFileError(path_ + ": malformed state: nested deeper than " + std::to_string(kDeepestNesting) +
+                         " levels");
   try {
-    return nlohmann::json::parse(text);
+    nlohmann::json state = nlohmann::json::parse(text);
+    if (!state.is_object()) throw StateFileError(path_ + ": malformed state: the top level is not an object");
+    for (const char* part : kRequiredParts) {
+      auto found = state.find(part);
+      if (found == state.end() || !found->is_object())
+        throw StateFileError(path_ + ": malformed state: \"" + part + "\" is missing or not an object");
+    }
+    return state;
   } catch (const nlohmann::json::parse_error& e) {
     // Turn the byte offset into a line and column an editor can jump to.
     size_t line = 1, column = 1;
@@ -101,7 +143,8 @@ nlohmann::json StateFile::ReadUnlocked() const {
 void StateFile::WriteUnlocked(const nlohmann::json& state) {
   std::string text = state.dump(2) + "\n";
   std::string temp = path_ + ".tmp." + std::to_string(getpid());
-  int fd = open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  // The state holds the users' secrets: readable by its owner only.
+  int fd = open(temp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
   if (fd < 0) throw StateFileError(temp + ": cannot create: " + ErrnoText());
   try {
     WriteAll(fd, text, temp);

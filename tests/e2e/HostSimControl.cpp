@@ -1,5 +1,6 @@
 // konu-hostsim's control command: get, set, unset, journal and help, with clear refusals.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <nlohmann/json.hpp>
 
@@ -32,6 +33,9 @@ TEST_F(HostSimControl, SetReplacesAddsAndAppends) {
   EXPECT_EQ(host.Control({"set", "/host/hostname", "\"konu-lab-7\""}).exitCode, 0);
   EXPECT_EQ(Get("/host/hostname"), "konu-lab-7");
   EXPECT_EQ(host.Control({"set", "/userOptions/PXEBootEnabled", "true"}).exitCode, 0);
+  struct stat file {};
+  ASSERT_EQ(stat(host.File("/etc/konu-sim/host.json").c_str(), &file), 0);
+  EXPECT_EQ(file.st_mode & 0777, 0600u) << "the state holds secrets: its owner's only";
   EXPECT_EQ(Get("/userOptions/PXEBootEnabled"), true);
   EXPECT_EQ(host.Control({"set", "/network/reachable/-", "\"192.0.2.1\""}).exitCode, 0);
   EXPECT_EQ(Get("/network/reachable").back(), "192.0.2.1");

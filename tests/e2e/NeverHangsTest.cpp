@@ -71,14 +71,19 @@ TEST_F(NeverHangs, ATerminatingSignalEndsTheConsoleWhileAToolHangs) {
   ExpectEndedAndRestored(term, 1000);
 }
 
-TEST_F(NeverHangs, AToolWritingMoreThanAPipeHoldsDoesNotBlock) {
+TEST_F(NeverHangs, AToolWritingMoreThanAPipeHoldsDoesNotBlockAndItsFailureIsLogged) {
   const std::string lots(200 * 1024, 'x');
-  SetState("/faults/tools/backup.sh", {{"exitCode", 0}, {"stdout", lots}, {"stderr", lots}});
+  SetState("/faults/tools/backup.sh", {{"exitCode", 3}, {"stdout", lots}, {"stderr", lots}});
+  SetState("/faults/tools/qal-cmd internalsvc~1refresh", {{"exitCode", 4}});
   Terminal term(24, 80);
   ChangeExpiredPassword(term);
   ASSERT_TRUE(term.WaitFor([&] { return Contains(Syslog(), "Login password for user erin has changed"); }))
       << term.Screen();
   ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
+  EXPECT_TRUE(term.WaitFor([&] {
+    return Contains(Syslog(), "qal-cmd internalsvc/refresh failed with status 4");
+  })) << Syslog();
+  EXPECT_TRUE(Contains(Syslog(), "/sbin/backup.sh failed with status 3")) << Syslog();
 }
 
 TEST_F(NeverHangs, OutputHeldByXoffDoesNotStopTermination) {

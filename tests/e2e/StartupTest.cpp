@@ -133,6 +133,25 @@ TEST_F(Startup, AMalformedOrMissingHostStateIsRefusedWithTheFileNamed) {
   EXPECT_EQ(1, WEXITSTATUS(status));
   EXPECT_EQ(before, ReadFile("etc/konu-sim/host.json")) << "nothing overwritten";
 
+  // Well-formed JSON that is no host state is refused too, naming the file and the fault.
+  const std::string deep = std::string(100000, '[') + std::string(100000, ']');
+  const struct {
+    std::string text;
+    std::string fault;
+  } notAHost[] = {
+      {"[1, 2]", "the top level is not an object"},
+      {"{\"host\": {}, \"hardware\": {}, \"version\": {}, \"network\": {}}", "\"users\" is missing"},
+      {"{\"x\": " + deep + "}", "nested deeper than 64 levels"}};
+  for (const auto& c : notAHost) {
+    WriteFile("etc/konu-sim/host.json", c.text);
+    Terminal refused(24, 240);
+    StartKonu(refused);
+    ASSERT_TRUE(refused.WaitForText(HostFile("etc/konu-sim/host.json") + ": malformed state: " + c.fault))
+        << refused.Screen();
+    ASSERT_TRUE(refused.WaitForExit(5000, &status));
+    EXPECT_EQ(1, WEXITSTATUS(status)) << c.fault;
+  }
+
   Terminal missing(24, 80);
   missing.Spawn({KONU_BIN, "--host-root", HostFile("no-such-host")}, {});
   ASSERT_TRUE(missing.WaitForText("konu: cannot open the host at")) << missing.Screen();
