@@ -59,6 +59,7 @@ TEST(LinuxConsole, ShowsTheMachinesFactsAndLogsInWithItsPam) {
   ASSERT_TRUE(term.WaitForText(product, 10000)) << term.Screen();
   EXPECT_TRUE(term.WaitForText(FirstLine("/proc/sys/kernel/osrelease"))) << term.Screen();
   EXPECT_TRUE(term.WaitForText("https://" + FirstLine("/proc/sys/kernel/hostname"))) << term.Screen();
+  // The hardware line may come after the product line.
   EXPECT_TRUE(term.WaitForText("Memory")) << term.Screen();
 
   // F2: the marker is there, so the login form; a wrong password is refused by pam_unix.
