@@ -20,11 +20,12 @@ void LogErrno(const char* what) {
   Log(LOG_ERR, "%s with errno(%d): %s", what, err, strerror(err));
 }
 
-int WaitForInput(const timeval* limit) {
+int WaitForInput(const timeval* limit, int wakeFd) {
   Runtime& rt = Runtime::Get();
-  pollfd fds[2] = {{0, POLLIN, 0}, {rt.signalReadFd, POLLIN, 0}};
+  // poll skips the entries whose descriptor is -1.
+  pollfd fds[3] = {{0, POLLIN, 0}, {rt.signalReadFd, POLLIN, 0}, {wakeFd, POLLIN, 0}};
   int timeoutMs = limit ? rt.Clock().RealMilliseconds(*limit) : -1;
-  int n = poll(fds, rt.signalReadFd >= 0 ? 2 : 1, timeoutMs);
+  int n = poll(fds, 3, timeoutMs);
   if (n == 0) return kWaitTimeout;
   if (n < 0) {
     LogErrno("poll() failed");
@@ -46,6 +47,7 @@ int WaitForInput(const timeval* limit) {
     if (got == 1 && byte >= 1 && byte <= 4) return -2 - byte;
     return kWaitError;
   }
+  if (fds[2].revents & (POLLIN | POLLHUP | POLLERR)) return kWaitWoken;
   return kWaitError;
 }
 

@@ -1,6 +1,7 @@
 // The command runner: spawn, feed, wait (with the 20 ms poll of the timed wait), drain.
 #include "ops/CommandRunner.h"
 
+#include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <syslog.h>
@@ -149,17 +150,12 @@ void WaitWithLimit(ChildProcess& child, int timeLimit, int& status) {
   }
 }
 
-}  // namespace
-
-int RunCommand(const char* path, const char* const argv[], char* out, int* outLength, char* err,
-               int* errLength, const char* input, int inputLength, int timeLimit) {
-  Pipe in;
-  Pipe outPipe;
-  Pipe errPipe;
-  if (!in.Open() || !outPipe.Open() || !errPipe.Open()) return -1;
-
+// Starts the child on three fresh pipes and closes the child's ends in the parent. False
+// (errno set, every pipe closed) when no child could be started.
+bool Start(ChildProcess& child, const char* path, const char* const argv[], Pipe& in, Pipe& outPipe,
+           Pipe& errPipe) {
+  if (!in.Open() || !outPipe.Open() || !errPipe.Open()) return false;
   ChildEnvironment environment;
-  ChildProcess child;
   int spawnError = child.Spawn(HostPath(path), argv, environment.Get(), in.read.Get(), outPipe.write.Get(),
                                errPipe.write.Get());
   if (spawnError != 0) {
@@ -167,12 +163,40 @@ int RunCommand(const char* path, const char* const argv[], char* out, int* outLe
     outPipe = Pipe();
     errPipe = Pipe();
     errno = spawnError;
-    return -1;
+    return false;
   }
-
   in.read.Reset();
   outPipe.write.Reset();
   errPipe.write.Reset();
+  return true;
+}
+
+// The exit code of a wait status, or -1 (logged) when the child did not end normally.
+int ExitCode(int status) {
+  if ((status & 0x7f) != 0) {
+    Log(LOG_ERR, "Run Command did not terminate normally");
+    return -1;
+  }
+  return (status >> 8) & 0xff;
+}
+
+// Reads what is there and throws it away; at end of file (or an error) stops watching `fd`.
+void Discard(pollfd& entry) {
+  if (entry.fd < 0 || (entry.revents & (POLLIN | POLLHUP | POLLERR)) == 0) return;
+  char scratch[512];
+  ssize_t n = read(entry.fd, scratch, sizeof scratch);
+  if (n == 0 || (n < 0 && errno != EINTR && errno != EAGAIN)) entry.fd = -1;
+}
+
+}  // namespace
+
+int RunCommand(const char* path, const char* const argv[], char* out, int* outLength, char* err,
+               int* errLength, const char* input, int inputLength, int timeLimit) {
+  Pipe in;
+  Pipe outPipe;
+  Pipe errPipe;
+  ChildProcess child;
+  if (!Start(child, path, argv, in, outPipe, errPipe)) return -1;
 
   if (input) WriteInput(in.write.Get(), input, inputLength);
   in.write.Reset();
@@ -187,11 +211,30 @@ int RunCommand(const char* path, const char* const argv[], char* out, int* outLe
   if (out && outLength) Drain(outPipe.read.Get(), out, outLength);
   if (err && errLength) Drain(errPipe.read.Get(), err, errLength);
 
-  if ((status & 0x7f) != 0) {
-    Log(LOG_ERR, "Run Command did not terminate normally");
-    return -1;
+  return ExitCode(status);
+}
+
+int RunCommandUntil(const char* path, const char* const argv[], int stopFd) {
+  Pipe in;
+  Pipe outPipe;
+  Pipe errPipe;
+  ChildProcess child;
+  if (!Start(child, path, argv, in, outPipe, errPipe)) return -1;
+  in.write.Reset();
+
+  pollfd watched[3] = {{stopFd, POLLIN, 0}, {outPipe.read.Get(), POLLIN, 0}, {errPipe.read.Get(), POLLIN, 0}};
+  for (;;) {
+    int status = -1;
+    pid_t result = child.TryWait(status);
+    if (result < 0) return -1;
+    if (result > 0) return ExitCode(status);
+    // The output is read while waiting, so a talkative child never stalls on a full pipe.
+    if (poll(watched, 3, kPollMicroseconds / 1000) > 0) {
+      if (watched[0].revents != 0) return -1;  // the child goes with `child`: killed and reaped
+      Discard(watched[1]);
+      Discard(watched[2]);
+    }
   }
-  return (status >> 8) & 0xff;
 }
 
 int RunShell(const char* command) {

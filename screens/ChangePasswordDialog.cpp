@@ -12,7 +12,7 @@
 #include "ops/CommandRunner.h"
 #include "ops/Events.h"
 #include "ops/QalCmd.h"
-#include "screens/FormKeys.h"
+#include "ui/FormKeys.h"
 #include "screens/PamAuth.h"
 #include "screens/SamePasswordConfirmDialog.h"
 #include "ui/Footers.h"

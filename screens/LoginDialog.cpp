@@ -15,7 +15,7 @@
 #include "ops/Events.h"
 #include "ops/KeyboardDialog.h"
 #include "screens/ChangePasswordDialog.h"
-#include "screens/FormKeys.h"
+#include "ui/FormKeys.h"
 #include "screens/HostAndDomain.h"
 #include "screens/PamAuth.h"
 #include "ui/Footers.h"

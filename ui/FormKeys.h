@@ -1,4 +1,4 @@
-// The keys the login and password forms share: Enter in its spellings and the keys that
+// The keys forms and dialogs share: Enter in its spellings, Esc, Tab and the keys that
 // edit an input field.
 #pragma once
 
