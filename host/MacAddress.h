@@ -1,4 +1,4 @@
-// A 48-bit hardware address: "00:50:56:aa:bb:cc" text (":" or "-" separated) and bytes.
+// A 48-bit hardware address: "02:4b:4e:aa:bb:cc" text (":" or "-" separated) and bytes.
 #pragma once
 
 #include <array>

@@ -12,10 +12,10 @@
 #include "ops/CommandRunner.h"
 #include "ops/Events.h"
 #include "ops/QalCmd.h"
-#include "ui/FormKeys.h"
 #include "screens/PamAuth.h"
 #include "screens/SamePasswordConfirmDialog.h"
 #include "ui/Footers.h"
+#include "ui/FormKeys.h"
 #include "ui/MessageDialog.h"
 
 namespace Konu {

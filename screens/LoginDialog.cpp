@@ -15,10 +15,10 @@
 #include "ops/Events.h"
 #include "ops/KeyboardDialog.h"
 #include "screens/ChangePasswordDialog.h"
-#include "ui/FormKeys.h"
 #include "screens/HostAndDomain.h"
 #include "screens/PamAuth.h"
 #include "ui/Footers.h"
+#include "ui/FormKeys.h"
 #include "ui/MessageDialog.h"
 
 namespace Konu {

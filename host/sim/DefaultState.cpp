@@ -62,7 +62,7 @@ nlohmann::json DefaultHostState() {
     "ipv6EnabledAfterReboot": true,
     "nukNics": {
       "nuk0": {
-        "mac": "00:50:56:6a:10:05",
+        "mac": "02:4b:4e:6a:10:05",
         "portGroup": "Management Network",
         "switch": "vSwitch0",
         "up": true,
@@ -73,7 +73,7 @@ nlohmann::json DefaultHostState() {
           "dhcp": false,
           "routerAdvertised": false,
           "addresses": [
-            {"address": "fe80::250:56ff:fe6a:1005", "prefixLength": 64},
+            {"address": "fe80::4b:4eff:fe6a:1005", "prefixLength": 64},
             {"address": "2001:db8:10::5", "prefixLength": 64},
             {"address": "2001:db8:10::50", "prefixLength": 64}
           ]
@@ -81,14 +81,14 @@ nlohmann::json DefaultHostState() {
       }
     },
     "pnics": {
-      "nic0": {"label": "NIC.Integrated.1-1-1", "mac": "00:1b:21:8a:40:10", "linkUp": true,
-               "speedMbps": 10000, "duplex": "Full", "driver": "ixgben"},
-      "nic1": {"label": "NIC.Integrated.1-2-1", "mac": "00:1b:21:8a:40:11", "linkUp": true,
-               "speedMbps": 10000, "duplex": "Full", "driver": "ixgben"},
-      "nic2": {"label": "NIC.Slot.3-1-1", "mac": "00:1b:21:8a:40:12", "linkUp": true,
-               "speedMbps": 1000, "duplex": "Full", "driver": "igbn"},
-      "nic3": {"label": "NIC.Slot.3-2-1", "mac": "00:1b:21:8a:40:13", "linkUp": false,
-               "speedMbps": 0, "duplex": "Half", "driver": "igbn"}
+      "nic0": {"label": "Onboard LAN 1", "mac": "02:4b:4e:8a:40:10", "linkUp": true,
+               "speedMbps": 10000, "duplex": "Full", "driver": "virtio_net"},
+      "nic1": {"label": "Onboard LAN 2", "mac": "02:4b:4e:8a:40:11", "linkUp": true,
+               "speedMbps": 10000, "duplex": "Full", "driver": "virtio_net"},
+      "nic2": {"label": "Slot 3 Port 1", "mac": "02:4b:4e:8a:40:12", "linkUp": true,
+               "speedMbps": 1000, "duplex": "Full", "driver": "veth"},
+      "nic3": {"label": "Slot 3 Port 2", "mac": "02:4b:4e:8a:40:13", "linkUp": false,
+               "speedMbps": 0, "duplex": "Half", "driver": "veth"}
     },
     "vswitches": {
       "vSwitch0": {
@@ -142,7 +142,7 @@ nlohmann::json DefaultHostState() {
     "SSH": {"running": false, "enabled": false},
     "OrinShell": {"running": false, "enabled": false},
     "mgmtd": {"running": true, "enabled": true, "agent": true},
-    "hostd": {"running": true, "enabled": true, "agent": true}
+    "tmga": {"running": true, "enabled": true, "agent": true}
   },
   "agents": {"restarts": 0},
   "lockdown": {"enabled": false, "possible": true},

@@ -54,7 +54,7 @@ namespace Konu::Sim {
 //                                            autostart (stopped by the auto-start manager),
 //                                            ignoresShutdown (stays on unless terminated)}]
 //   /services/<name>                        {running, enabled, agent}: "SSH", "OrinShell" (init
-//                                           scripts), "mgmtd", "hostd" (agent: true, services.sh)
+//                                           scripts), "mgmtd", "tmga" (agent: true, services.sh)
 //   /agents/restarts                        how many times the agents came back up after a stop
 //   /lockdown/enabled, /lockdown/possible
 //   /power/state                            "on" | "off" | "rebooting"

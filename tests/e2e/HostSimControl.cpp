@@ -29,8 +29,8 @@ TEST_F(HostSimControl, GetPrintsJson) {
 }
 
 TEST_F(HostSimControl, SetReplacesAddsAndAppends) {
-  EXPECT_EQ(host.Control({"set", "/host/hostname", "\"esx-lab-7\""}).exitCode, 0);
-  EXPECT_EQ(Get("/host/hostname"), "esx-lab-7");
+  EXPECT_EQ(host.Control({"set", "/host/hostname", "\"konu-lab-7\""}).exitCode, 0);
+  EXPECT_EQ(Get("/host/hostname"), "konu-lab-7");
   EXPECT_EQ(host.Control({"set", "/userOptions/PXEBootEnabled", "true"}).exitCode, 0);
   EXPECT_EQ(Get("/userOptions/PXEBootEnabled"), true);
   EXPECT_EQ(host.Control({"set", "/network/reachable/-", "\"192.0.2.1\""}).exitCode, 0);

@@ -71,7 +71,7 @@ TEST_F(WelcomeScreen, StandardLayoutShowsTheHostAndHowToReachIt) {
   // IPv6 is on: the addresses sorted as text, the link-local one without a mark.
   EXPECT_EQ(TextAt(term, 16, 8, 64), "https://[2001:db8:10::50]/ (STATIC)");
   EXPECT_EQ(TextAt(term, 17, 8, 64), "https://[2001:db8:10::5]/ (STATIC)");
-  EXPECT_EQ(TextAt(term, 18, 8, 64), "https://[fe80::250:56ff:fe6a:1005]/");
+  EXPECT_EQ(TextAt(term, 18, 8, 64), "https://[fe80::4b:4eff:fe6a:1005]/");
   // The footer on the lower half's second row from the bottom: F2 left, F12 right-aligned.
   EXPECT_EQ(TextAt(term, 22, 2, 31), "<F2> Customize System/View Logs");
   EXPECT_EQ(term.Region(22, 54, 1, 24), " <F12> Shut Down/Restart")
@@ -109,8 +109,8 @@ TEST_F(WelcomeScreen, HostNameLocalhostGivesNoHostNameLine) {
   EXPECT_FALSE(term.WaitForText("https://localhost", 0));
 
   // The facts are read afresh at every draw: any key brings a new host name.
-  SetState("/host/hostname", "esx-07");
-  RefreshUntil(term, "https://esx-07/");
+  SetState("/host/hostname", "konu-07");
+  RefreshUntil(term, "https://konu-07/");
   EXPECT_EQ(TextAt(term, 15, 8, 64), "https://10.0.0.5/ (STATIC)");
 }
 

@@ -29,7 +29,7 @@ struct Record {
   bool initThrows = false;
   bool addThrows = false;
   bool auditThrows = false;
-  std::string managementName = "vmk0";
+  std::string managementName = "nuk0";
   bool updateThrows = false;
   int liveNetworkInfos = 0;
 };
@@ -182,12 +182,12 @@ TEST_F(EventsTest, FailingLibraryNeverStopsTheOperation) {
 }
 
 TEST_F(EventsTest, ArgumentFillsTheTextAndIsNeverAFormat) {
-  PostEvent(KonuEvent::NetworkRestart, "vmk0");
+  PostEvent(KonuEvent::NetworkRestart, "nuk0");
   PostEvent(KonuEvent::LoginAccessDenied, "%s%n%x");
   PostEvent(KonuEvent::RestoreFactoryDefaults, "ignored");
   EXPECT_EQ(
       R().calls,
-      (Calls{"init", "add @&!*@*@(zeb.user.konu.network.restart)Restarting vmk0", "close", "destroy", "init",
+      (Calls{"init", "add @&!*@*@(zeb.user.konu.network.restart)Restarting nuk0", "close", "destroy", "init",
              "add @&!*@*@(zeb.user.konu.login.failed)Access denied for user %s%n%x", "close", "destroy",
              "init", "add @&!*@*@(zeb.user.konu.restore.factory.defaults)Restoring factory defaults", "close",
              "destroy"}));
@@ -231,9 +231,9 @@ TEST_F(EventsTest, FailedAuditIsLoggedNotThrown) {
 }
 
 TEST_F(EventsTest, ManagementInterfaceNameAsksAFreshObject) {
-  EXPECT_EQ(ManagementInterfaceName(), "vmk0");
-  R().managementName = "vmk3";
-  EXPECT_EQ(ManagementInterfaceName(), "vmk3");
+  EXPECT_EQ(ManagementInterfaceName(), "nuk0");
+  R().managementName = "nuk3";
+  EXPECT_EQ(ManagementInterfaceName(), "nuk3");
   EXPECT_EQ(R().calls, (Calls{"update", "update"}));
   EXPECT_EQ(R().liveNetworkInfos, 0);
 }

@@ -122,14 +122,14 @@ TEST(Ipv6Network, ScopeOfAddresses) {
 }
 
 TEST(MacAddress, ParsesBothSeparatorsAndPrintsLowerCaseColons) {
-  MacAddress mac("00-1B-21-8A-40-10");
-  EXPECT_EQ(mac.GetStringAddress(), "00:1b:21:8a:40:10");
+  MacAddress mac("02-4B-4E-8A-40-10");
+  EXPECT_EQ(mac.GetStringAddress(), "02:4b:4e:8a:40:10");
   EXPECT_EQ(MacAddress(mac.GetStringAddress()), mac);
-  for (const char* bad : {"", "00:1b:21:8a:40", "00:1b:21:8a:40:10:11", "00:1b-21:8a:40:10",
-                          "0g:1b:21:8a:40:10", "001b218a4010", "00:1b:21:8a:40:1"})
+  for (const char* bad : {"", "02:4b:4e:8a:40", "02:4b:4e:8a:40:10:11", "02:4b-4e:8a:40:10",
+                          "0g:4b:4e:8a:40:10", "024b4e8a4010", "02:4b:4e:8a:40:1"})
     EXPECT_FALSE(MacAddress::IsValidAddress(bad)) << bad;
-  EXPECT_FALSE(mac.SetAddress("00:1b:21:8a:40:zz"));
-  EXPECT_EQ(mac.GetStringAddress(), "00:1b:21:8a:40:10");
+  EXPECT_FALSE(mac.SetAddress("02:4b:4e:8a:40:zz"));
+  EXPECT_EQ(mac.GetStringAddress(), "02:4b:4e:8a:40:10");
   EXPECT_TRUE(MacAddress().IsZero());
 }
 

@@ -56,7 +56,7 @@ const char* kFibTrie =
 
 const char* kIfInet6 =
     "20010db8001000000000000000000005 02 40 00 80     eth0\n"
-    "fe800000000000000250560000001005 02 40 20 80     eth0\n"
+    "fe80000000000000004b4e0000001005 02 40 20 80     eth0\n"
     "20010db8001000000000000000000077 02 40 00 00     eth0\n"
     "00000000000000000000000000000001 01 80 10 80       lo\n"
     "zz0000000000000000000000000000001 01 80 10 80      bad\n";
@@ -93,9 +93,9 @@ class LinuxFixture : public ::testing::Test {
     Write("/etc/resolv.conf",
           "# managed\ndomain old.test\nnameserver 10.0.0.2\nnameserver 2001:db8::53\n"
           "search lab.test example.test\n");
-    Nic("eth0", "00:50:56:00:10:05", "1", "1000", "0000:02:00.0", "e1000e", "0x1003", "2");
-    Nic("eth1", "00:50:56:00:10:06", "0", "-1", "0000:02:00.1", "e1000e", "0x1003", "3");
-    Write("/sys/class/net/br0/address", "00:50:56:00:10:07\n");
+    Nic("eth0", "02:4b:4e:00:10:05", "1", "1000", "0000:02:00.0", "virtio_net", "0x1003", "2");
+    Nic("eth1", "02:4b:4e:00:10:06", "0", "-1", "0000:02:00.1", "virtio_net", "0x1003", "3");
+    Write("/sys/class/net/br0/address", "02:4b:4e:00:10:07\n");
     Write("/sys/class/net/br0/flags", "0x1003\n");
     fs::create_directories(root_ + "/sys/class/net/br0/bridge");
     Write("/sys/class/net/br0/brif/eth1", "");
@@ -178,7 +178,7 @@ TEST(LinuxParsers, IfInet6TypesAndScopes) {
   EXPECT_EQ(addresses[0].network.GetStringNetwork(), "2001:db8:10::5/64");
   EXPECT_EQ(addresses[0].network.GetIpv6AddressType(), Network::Ipv6AddressType::kStatic);
   EXPECT_EQ(addresses[1].network.GetIpv6Scope(), Network::Ipv6Scope::kLink);
-  EXPECT_EQ(addresses[1].network.GetAddress().GetScopedStringAddress(), "fe80::250:5600:0:1005%eth0");
+  EXPECT_EQ(addresses[1].network.GetAddress().GetScopedStringAddress(), "fe80::4b:4e00:0:1005%eth0");
   EXPECT_EQ(addresses[2].network.GetIpv6AddressType(), Network::Ipv6AddressType::kAutoconf);
   EXPECT_EQ(addresses[3].network.GetIpv6Scope(), Network::Ipv6Scope::kNode);
 }
@@ -227,7 +227,7 @@ TEST_F(LinuxFixture, ManagementInterfaceAndItsAddresses) {
   ASSERT_NE(nic, nullptr);
   EXPECT_TRUE(nic->IsUp());
   EXPECT_TRUE(nic->IsUsable());
-  EXPECT_EQ(nic->GetMacAddress().GetStringAddress(), "00:50:56:00:10:05");
+  EXPECT_EQ(nic->GetMacAddress().GetStringAddress(), "02:4b:4e:00:10:05");
   auto config = nic->GetCurrentIpConfig();
   EXPECT_FALSE(config.GetUseDhcp());
   EXPECT_EQ(config.GetIpv4Address().GetStringAddress(), "10.0.0.5");
@@ -273,7 +273,7 @@ TEST_F(LinuxFixture, PhysicalNicsAndBridges) {
   EXPECT_EQ(pnics[0].name, "eth0");
   EXPECT_TRUE(pnics[0].linkUp);
   EXPECT_EQ(pnics[0].speedMbps, 1000u);
-  EXPECT_EQ(pnics[0].driver, "e1000e");
+  EXPECT_EQ(pnics[0].driver, "virtio_net");
   EXPECT_EQ(pnics[0].GetHardwareLabel(), "0000:02:00.0");
   EXPECT_FALSE(pnics[1].linkUp);
   EXPECT_EQ(pnics[1].speedMbps, 0u);

@@ -186,8 +186,8 @@ TEST_F(SimHostTest, Ipv6DhcpAndRouterAdvertisementAddAddresses) {
   ASSERT_EQ(networks.size(), 5u);
   EXPECT_EQ(networks[3].GetStringNetwork(), "2001:db8:10::77/128");
   EXPECT_EQ(networks[3].GetIpv6AddressType(), Network::Ipv6AddressType::kDhcp);
-  // EUI-64 of 00:50:56:6a:10:05 on the gateway's /64.
-  EXPECT_EQ(networks[4].GetStringAddress(), "2001:db8:10:0:250:56ff:fe6a:1005");
+  // EUI-64 of 02:4b:4e:6a:10:05 on the gateway's /64.
+  EXPECT_EQ(networks[4].GetStringAddress(), "2001:db8:10:0:4b:4eff:fe6a:1005");
   EXPECT_EQ(networks[4].GetIpv6AddressType(), Network::Ipv6AddressType::kAutoconf);
   // Leased and autoconfigured addresses are not written back as configured ones.
   EXPECT_EQ(nic->GetConfiguredIpConfig().GetIpv6Network().size(), 3u);
@@ -208,19 +208,19 @@ TEST_F(SimHostTest, KernelWithoutIpv6HasNoIpv6Addresses) {
 TEST_F(SimHostTest, MacAddressFromAPhysicalNic) {
   auto nic = Management();
   nic->SetMacAddressFromPnic("nic2");
-  EXPECT_EQ(nic->GetMacAddress().GetStringAddress(), "00:1b:21:8a:40:12");
+  EXPECT_EQ(nic->GetMacAddress().GetStringAddress(), "02:4b:4e:8a:40:12");
   EXPECT_NE(Thrown([&] { nic->SetMacAddressFromPnic("nic9"); }).find("nic9"), std::string::npos);
   nic->SetDhcpBound(true);
   EXPECT_TRUE(nic->GetDhcpBound());
 }
 
 TEST_F(SimHostTest, PhysicalNicsInDeviceOrder) {
-  Set("/network/pnics/nic10", json{{"label", "NIC.Slot.9"},
-                                   {"mac", "00:1b:21:8a:40:20"},
+  Set("/network/pnics/nic10", json{{"label", "Slot 9 Port 1"},
+                                   {"mac", "02:4b:4e:8a:40:20"},
                                    {"linkUp", true},
                                    {"speedMbps", 25000},
                                    {"duplex", "Full"},
-                                   {"driver", "mlx"}});
+                                   {"driver", "virtio_net"}});
   auto pnics = host_->CreateNetworkInfo()->GetPnics();
   ASSERT_EQ(pnics.size(), 5u);
   EXPECT_EQ(pnics[0].name, "nic0");
@@ -228,8 +228,8 @@ TEST_F(SimHostTest, PhysicalNicsInDeviceOrder) {
   EXPECT_EQ(pnics[3].name, "nic3");
   EXPECT_FALSE(pnics[3].linkUp);
   EXPECT_EQ(pnics[3].speedMbps, 0u);
-  EXPECT_EQ(pnics[0].GetHardwareLabel(), "NIC.Integrated.1-1-1");
-  EXPECT_EQ(pnics[0].macAddress.GetStringAddress(), "00:1b:21:8a:40:10");
+  EXPECT_EQ(pnics[0].GetHardwareLabel(), "Onboard LAN 1");
+  EXPECT_EQ(pnics[0].macAddress.GetStringAddress(), "02:4b:4e:8a:40:10");
   EXPECT_THROW(host_->CreateNetworkInfo()->GetPnic("nic7"), HostCtlException);
 }
 

@@ -1,0 +1,50 @@
+// RestartNetworkDialog: 70 x 12, the question under the text; only F11 goes ahead.
+#include "network/RestartNetworkDialog.h"
+
+#include <curses.h>
+
+#include "network/DoRestartNetworkDialog.h"
+
+namespace Konu {
+namespace {
+
+constexpr int kWidth = 70;
+constexpr int kHeight = 12;
+constexpr int kHeaderHeight = 7;
+constexpr int kTitle = 122;     // "Restart Management Network: Confirm"
+constexpr int kText = 123;      // "Restarting the management network will result in a brief ..."
+constexpr int kQuestion = 124;  // "Restart management network now?"
+// F11, not Enter, confirms: Enter is too easily pressed on a host that is in use.
+constexpr const char* kFooter =
+    "{align:right}{color:black}<F11>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
+    "{color:dark-grey}Cancel{/color}{/align}";
+constexpr int kEsc = 27;
+
+}  // namespace
+
+RestartNetworkDialog::RestartNetworkDialog(Frame* owner, HostCtl::Network::NukNic& nic)
+    : Dialog(owner, kWidth, kHeight, kHeaderHeight), nic_(nic) {
+  Window* content = Content();
+  question_ = std::make_unique<TextArea>(content, 0, 0, content->Width(), content->Height(), 0);
+}
+
+RestartNetworkDialog::~RestartNetworkDialog() = default;
+
+int RestartNetworkDialog::EventLoop() {
+  SetTitle(GetString(kTitle));
+  SetText(GetString(kText));
+  question_->SetText(GetString(kQuestion));
+  SetFooter(kFooter);
+  for (;;) {
+    const int key = GetKey(true);
+    if (key == kEsc) return 0;
+    if (key == KEY_F(11)) break;
+  }
+  {
+    DoRestartNetworkDialog restart(this, nic_);
+    restart.RunModal();
+  }
+  return 1;
+}
+
+}  // namespace Konu
