@@ -2,11 +2,15 @@
 JOBS       ?= $(shell nproc)
 BUILD      ?= build
 ASAN_BUILD ?= build-sanitize
+FUZZ_BUILD ?= build-fuzz
+# `make fuzz` runs every target this long (seconds) from a fixed seed; FUZZ_SECONDS=600 digs.
+FUZZ_SECONDS ?= 5
+FUZZ_TARGETS ?=
 DEMO_HOST  ?= $(BUILD)/demo-host
 # ccache, where the machine has it, makes rebuilds in several checkouts cheap.
 LAUNCHER   := $(if $(shell command -v ccache),-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache)
 
-.PHONY: all deps build demo demo-fresh test test-sanitize clean
+.PHONY: all deps build demo demo-fresh test test-sanitize fuzz clean
 
 all: build
 
@@ -38,5 +42,13 @@ test-sanitize:
 	cmake --build $(ASAN_BUILD) -j$(JOBS)
 	cd $(ASAN_BUILD) && LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp ctest --output-on-failure -j$(JOBS) --timeout 600
 
+# libFuzzer targets of tests/fuzz in their own clang tree; each runs FUZZ_SECONDS from its seeds.
+fuzz:
+	@scripts/install-deps.sh --fuzz
+	cmake -S . -B $(FUZZ_BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKONU_FUZZ=ON \
+	  -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ $(LAUNCHER)
+	cmake --build $(FUZZ_BUILD) -j$(JOBS) --target fuzzers
+	tests/fuzz/run $(FUZZ_BUILD)/tests/fuzz $(FUZZ_SECONDS) $(FUZZ_TARGETS)
+
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)

@@ -64,6 +64,11 @@ int Reboot(ToolRun& run) {
     }
     forced = true;
   }
+  // The host comes back with the IPv6 setting chosen for the next boot.
+  run.State().Update([](Json& s) {
+    const Json::json_pointer next("/network/ipv6EnabledAfterReboot");
+    if (s.contains(next)) s["network"]["ipv6Enabled"] = s.at(next);
+  });
   return GoDown(run, "rebooting", forced);
 }
 

@@ -1,18 +1,15 @@
-// Plain stand-ins for the System Customization menu and the shutdown dialog: a titled
-// screen and a titled dialog that only Esc leaves, reading keys with the session's idle
-// time-out like every screen inside a session.
+// A plain stand-in for the System Customization menu: a titled screen that only Esc leaves,
+// reading keys with the session's idle time-out like every screen inside a session.
 #include "screens/SessionScreens.h"
 
 #include <curses.h>
 
-#include "ui/Dialog.h"
 #include "ui/TextArea.h"
 
 namespace Konu {
 namespace {
 
 constexpr int kEsc = 27;
-constexpr uint32_t kShutdownTitleId = 1;  // "Shut Down/Restart"
 
 class CustomizationStandIn : public Frame {
  public:
@@ -38,25 +35,10 @@ class CustomizationStandIn : public Frame {
   std::unique_ptr<TextArea> footer_;
 };
 
-class ShutdownStandIn : public Dialog {
- public:
-  explicit ShutdownStandIn(Frame* owner) : Dialog(owner, 60, 9, 5) {}
-
-  int EventLoop() override {
-    SetTitle(GetString(kShutdownTitleId));
-    SetFooter("{align:right}{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}");
-    while (GetKey(true) != kEsc) {
-    }
-    return 0;
-  }
-};
-
 }  // namespace
 
 std::unique_ptr<Frame> MakeCustomizationWindow(Frame* owner) {
   return std::make_unique<CustomizationStandIn>(owner);
 }
-
-std::unique_ptr<Frame> MakeShutdownDialog(Frame* owner) { return std::make_unique<ShutdownStandIn>(owner); }
 
 }  // namespace Konu

@@ -12,6 +12,7 @@
 #include "host/HostRoot.h"
 #include "host/Log.h"
 #include "ops/Events.h"
+#include "ops/ShutdownDialog.h"
 #include "screens/LoginDialog.h"
 #include "screens/LoginDisabledDialog.h"
 #include "screens/SessionScreens.h"
@@ -34,19 +35,13 @@ std::unique_ptr<Frame> MakeLogin(Frame* owner) {
 
 void WelcomeWindow::RunSession(bool customize) {
   std::unique_ptr<Frame> login = MakeLogin(this);
-  try {
-    if (login->RunModal() == 1) {
-      if (customize) {
-        RunCustomization();
-      } else {
-        RunShutdown();
-      }
+  // No session is active yet, so neither the login form nor the shutdown dialog times out.
+  if (login->RunModal() == 1) {
+    if (customize) {
+      RunCustomization();
+    } else {
+      RunShutdown();
     }
-  } catch (const KonuTimeout&) {
-    // The login form or the shutdown dialog was left alone too long: back to the welcome
-    // screen. Nobody had entered the customisation screens, so no session ends here.
-    SetActive(true);
-    Redraw();
   }
   login.reset();
   SetSessionActive(false);
@@ -75,7 +70,7 @@ void WelcomeWindow::RunCustomization() {
 }
 
 void WelcomeWindow::RunShutdown() {
-  std::unique_ptr<Frame> dialog = MakeShutdownDialog(this);
+  auto dialog = std::make_unique<ShutdownDialog>(this);
   dialog->RunModal();
   Redraw();
   dialog.reset();

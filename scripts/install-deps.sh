@@ -4,7 +4,10 @@
 set -euo pipefail
 pkgs=(cmake make g++ pkg-config libncurses-dev libpam0g-dev libpam-wrapper libvterm-dev
       nlohmann-json3-dev libgtest-dev libgmock-dev openssl openssh-client)
-[ "${1:-}" = "--sanitize" ] && pkgs+=(clang libclang-rt-14-dev)
+case "${1:-}" in
+  --sanitize | --fuzz) pkgs+=(clang libclang-rt-14-dev) ;;
+  --bench) pkgs+=(dialog whiptail) ;;
+esac
 missing=()
 for p in "${pkgs[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")

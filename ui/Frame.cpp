@@ -86,7 +86,9 @@ int Frame::GetKey(bool idleTimeout, int wakeFd) {
   Runtime& runtime = Runtime::Get();
   const Clock& clock = runtime.Clock();
   const unsigned timeout = runtime.session.idleTimeout;
-  const bool timeoutApplies = idleTimeout && timeout != 0;
+  // Only a logged-in session times out: the login form and the shutdown dialog reached
+  // with F12 wait without one.
+  const bool timeoutApplies = idleTimeout && runtime.session.active && timeout != 0;
   const timeval start = clock.Now();
   const timeval dimDeadline = After(start, kDimSeconds);
   const timeval idleDeadline = After(start, std::max(timeout, kShortestIdleSeconds));

@@ -27,8 +27,8 @@ class Frame : public Window {
   int RunModal();
 
   // The next key (>= 0). Dims the screen after 60 s without a key and undims on the next
-  // one, which is returned. With `idleTimeout` and a session time-out other than 0, throws
-  // KonuTimeout after max(time-out, 60) s without a key. Signals: SIGUSR1 runs the top
+  // one, which is returned. With `idleTimeout`, while a session is active and its time-out
+  // is not 0, throws KonuTimeout after max(time-out, 60) s without a key. Signals: SIGUSR1 runs the top
   // frame's Notification and the smart-card check; SIGUSR2 exits (or, in a session, sets
   // the deferred exit); a resize or a termination signal exits with status 0.
   // With a `wakeFd` other than -1, also returns kWoken as soon as that descriptor is

@@ -20,12 +20,19 @@ std::vector<MarkupDrawOp> PlanMarkupDrawing(std::string_view laidOut, int width,
   int onBackground = background;
   int onForeground = foreground;
 
+  // Text is cut at the area's right edge: curses would carry the rest onto the next row.
   auto writePending = [&] {
-    if (!pending.empty()) {
-      ops.push_back({MarkupDrawOp::kWrite, row, column, pending});
-      column += static_cast<int>(pending.size());
-      pending.clear();
+    if (pending.empty()) return;
+    int room = width - column;
+    if (room > 0) {
+      ops.push_back({MarkupDrawOp::kWrite, row, column,
+                     pending.substr(0, std::min(pending.size(), static_cast<size_t>(room)))});
     }
+    // Past the edge nothing more shows on this row; the column stops there.
+    column = room > 0 && pending.size() < static_cast<size_t>(room)
+                 ? column + static_cast<int>(pending.size())
+                 : std::max(width, column);
+    pending.clear();
   };
   auto turnOn = [&](int bg, int fg, bool replacing) {
     if (replacing && attrOn) {
@@ -76,13 +83,7 @@ std::vector<MarkupDrawOp> PlanMarkupDrawing(std::string_view laidOut, int width,
     }
   }
 
-  if (!pending.empty() && row < height) {
-    int room = width - column;
-    if (room > 0) {
-      ops.push_back({MarkupDrawOp::kWrite, row, column,
-                     pending.substr(0, std::min(pending.size(), static_cast<size_t>(room)))});
-    }
-  }
+  writePending();
   return ops;
 }
 

@@ -17,7 +17,11 @@
 //   /network/routing/defaultTcpipStack/{ipv4Gateway, ipv6Gateway}
 //   /network/dns/defaultTcpipStack/{nameServers, fromDhcp}
 //   /network/pnics/<nic>/mac, /network/vswitches, /network/dvSwitches
+// Taking the interface down, refreshing it and bringing it up are written to the kernel log
+// (/var/log/nukernel.log, "... Net: nuk0 taken down"), as a real host does.
 #include "host/sim/SimNukNic.h"
+
+#include <ctime>
 
 #include "host/HostCtlException.h"
 
@@ -149,7 +153,7 @@ void AcquireIpv6Lease(json& state, const std::string& nicName) {
 }
 
 SimNukNic::SimNukNic(std::string root, std::string name) : state_(std::move(root)), name_(std::move(name)) {
-  Refresh();
+  NicIn(state_.Read("NukNic.Refresh"), name_);
 }
 
 std::string SimNukNic::Nic() const { return "/network/nukNics/" + PointerKey(name_); }
@@ -164,7 +168,10 @@ const json& SimNukNic::NicIn(const json& state, const std::string& name) {
   return NicIn(const_cast<json&>(state), name);
 }
 
-void SimNukNic::Refresh() { NicIn(state_.Read("NukNic.Refresh"), name_); }
+void SimNukNic::Refresh() {
+  NicIn(state_.Read("NukNic.Refresh"), name_);
+  KernelLog("refreshed");
+}
 
 bool SimNukNic::IsUsable() const {
   json state = state_.Read("NukNic.IsUsable");
@@ -277,8 +284,18 @@ void SimNukNic::RenewIpv6Lease() {
   });
 }
 
+void SimNukNic::KernelLog(const std::string& text) const {
+  char stamp[32];
+  const time_t now = time(nullptr);
+  struct tm utc;
+  gmtime_r(&now, &utc);
+  strftime(stamp, sizeof stamp, "%Y-%m-%dT%H:%M:%SZ", &utc);
+  state_.AppendLine("/var/log/nukernel.log", std::string(stamp) + " cpu0:1)Net: " + name_ + " " + text);
+}
+
 void SimNukNic::TakeDown() {
   state_.Update("NukNic.TakeDown", [&](json& state) { NicIn(state, name_)["up"] = false; });
+  KernelLog("taken down");
 }
 
 void SimNukNic::BringUp() {
@@ -289,6 +306,7 @@ void SimNukNic::BringUp() {
     if (ValueAt<bool>(nic, "/ipv4/dhcp", false)) AcquireIpv4Lease(state, name_);
     if (ValueAt<bool>(nic, "/ipv6/dhcp", false)) AcquireIpv6Lease(state, name_);
   });
+  KernelLog("brought up");
 }
 
 bool SimNukNic::IsUp() const { return ValueAt<bool>(NicIn(state_.Read("NukNic.IsUp"), name_), "/up", false); }

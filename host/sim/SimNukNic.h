@@ -37,6 +37,8 @@ class SimNukNic : public Network::NukNic {
  private:
   // "/network/nukNics/<name>"
   std::string Nic() const;
+  // Appends "<time> cpu0:1)Net: <name> <text>" to the kernel log.
+  void KernelLog(const std::string& text) const;
   // The NIC's JSON in a state document; throws when the NIC is gone.
   static nlohmann::json& NicIn(nlohmann::json& state, const std::string& name);
   static const nlohmann::json& NicIn(const nlohmann::json& state, const std::string& name);

@@ -99,22 +99,6 @@ TEST_F(WelcomeSession, IdleMenuEndsTheSessionWithTimeOutAndTheWelcomeScreenRetur
   EXPECT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
 }
 
-TEST_F(WelcomeSession, IdleLoginFormClosesWithoutALogout) {
-  SetState("/advancedOptions/~1UserVars~1KonuTimeOut/value", 60);
-  Terminal term(24, 80);
-  Start(term, /*clockSpeed=*/10);
-  term.Press("F2");
-  ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
-  // Nobody logged in, so the form just closes: no logout line, no audit record.
-  ASSERT_TRUE(term.WaitForNoText("Authentication Required", 30000)) << term.Screen();
-  EXPECT_TRUE(term.WaitForText(ProductLine(), 0)) << term.Screen();
-  EXPECT_FALSE(Has(Syslog(), "logged out")) << Syslog();
-  EXPECT_FALSE(Has(Audit(), "login.")) << Audit();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  term.Press("F2");
-  EXPECT_TRUE(term.WaitForText("Authentication Required")) << "the welcome screen takes keys again";
-}
-
 TEST_F(WelcomeSession, QuitSignalInASessionEndsTheProcessOnlyWhenTheSessionEnds) {
   Terminal term(24, 80);
   Start(term);

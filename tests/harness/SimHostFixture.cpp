@@ -20,6 +20,21 @@ std::string SimHostFixture::ReadFile(const std::string& relative) const {
   return text.str();
 }
 
+std::vector<std::string> SimHostFixture::JournalCommands() const {
+  std::vector<std::string> commands;
+  std::istringstream lines(Journal());
+  std::string text;
+  while (std::getline(lines, text)) {
+    nlohmann::json line = nlohmann::json::parse(text, nullptr, false);
+    if (line.is_discarded() || !line.contains("argv")) continue;
+    std::string command;
+    for (const auto& word : line["argv"]) command += (command.empty() ? "" : " ") + word.get<std::string>();
+    if (line.value("exit", nlohmann::json()) == "hang") command += " (hang)";
+    commands.push_back(command);
+  }
+  return commands;
+}
+
 void SimHostFixture::WriteFile(const std::string& relative, const std::string& text) const {
   std::filesystem::create_directories(std::filesystem::path(HostFile(relative)).parent_path());
   std::ofstream(HostFile(relative), std::ios::trunc) << text;
@@ -40,7 +55,8 @@ std::string SimHostFixture::ProductLine() const {
          v["kernelVersion"].get<std::string>() + " Build " + v["build"].get<std::string>() + ")";
 }
 
-void SimHostFixture::StartKonu(Terminal& term, const std::vector<std::string>& args, double clockSpeed) const {
+void SimHostFixture::StartKonu(Terminal& term, const std::vector<std::string>& args,
+                               double clockSpeed) const {
   std::vector<std::string> argv = {KONU_BIN, "--host-root", Root()};
   argv.insert(argv.end(), args.begin(), args.end());
   std::vector<std::string> env = {"TERM=xterm-256color", "ESCDELAY=25", "LANG=C.UTF-8"};
@@ -82,6 +98,8 @@ void SimHostFixture::AddUser(const std::string& name, const std::string& passwor
                               {"qal", true}});
 }
 
-bool SimHostFixture::TerminalRestored(const Terminal& term) { return !term.AltScreen() && term.CursorVisible(); }
+bool SimHostFixture::TerminalRestored(const Terminal& term) {
+  return !term.AltScreen() && term.CursorVisible();
+}
 
 }  // namespace KonuTest

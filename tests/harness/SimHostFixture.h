@@ -4,10 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
-
-#include <nlohmann/json.hpp>
 
 #include "tests/harness/SimHost.h"
 #include "tests/harness/Terminal.h"
@@ -34,6 +33,9 @@ class SimHostFixture : public ::testing::Test {
 
   std::string Syslog() const { return ReadFile("var/log/syslog.log"); }
   std::string Journal() const { return ReadFile("var/log/hostsim.log"); }
+  // The tool runs journalled so far, in order, each as its argument words joined by blanks
+  // ("powerOffVms --terminate"); a run still hanging ends in " (hang)".
+  std::vector<std::string> JournalCommands() const;
 
   nlohmann::json State(const std::string& pointer) const;
   void SetState(const std::string& pointer, const nlohmann::json& value) const;

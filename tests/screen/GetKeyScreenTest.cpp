@@ -1,7 +1,7 @@
 // Key reading on a clock that runs fast: the screen dims after 60 s without a key and the
 // key that wakes it is delivered; the idle time-out never ends a session before 60 s, and
-// 0 never ends it; resizes and termination signals end the process with status 0; an exit
-// request during a session waits for the session to end.
+// 0 never ends it, nor does any time-out outside a session; resizes and termination signals end the process
+// with status 0; an exit request during a session waits for the session to end.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <unistd.h>
@@ -133,7 +133,8 @@ TEST(GetKeyScreen, TheScreenDimsAfterSixtySecondsAndTheWakingKeyIsDelivered) {
 
 TEST(GetKeyScreen, AnIdleTimeoutBelowSixtySecondsEndsOnlyAfterSixty) {
   Terminal t(24, 80);
-  t.Fork([] { return RunKeys({.speed = 600, .idleTimeout = 30, .useTimeout = true}); }, KonuTest::UiEnv());
+  t.Fork([] { return RunKeys({.speed = 600, .idleTimeout = 30, .useTimeout = true, .session = true}); },
+         KonuTest::UiEnv());
   ASSERT_TRUE(t.WaitForText("timeout after", 5000)) << t.Screen();
   EXPECT_GE(TimeoutSeconds(t), 60.0) << t.Screen();
   EXPECT_TRUE(t.Find("top frame cleared", nullptr, nullptr)) << t.Screen();
@@ -143,7 +144,8 @@ TEST(GetKeyScreen, AnIdleTimeoutBelowSixtySecondsEndsOnlyAfterSixty) {
 
 TEST(GetKeyScreen, ALongerIdleTimeoutDimsFirstAndEndsAfterItsOwnTime) {
   Terminal t(24, 80);
-  t.Fork([] { return RunKeys({.speed = 600, .idleTimeout = 120, .useTimeout = true}); }, KonuTest::UiEnv());
+  t.Fork([] { return RunKeys({.speed = 600, .idleTimeout = 120, .useTimeout = true, .session = true}); },
+         KonuTest::UiEnv());
   ASSERT_TRUE(t.WaitFor([&] { return Dimmed(t); }, 5000)) << t.Screen();
   ASSERT_TRUE(t.WaitForText("timeout after", 5000)) << t.Screen();
   EXPECT_GE(TimeoutSeconds(t), 120.0) << t.Screen();
@@ -151,17 +153,31 @@ TEST(GetKeyScreen, ALongerIdleTimeoutDimsFirstAndEndsAfterItsOwnTime) {
   EXPECT_TRUE(t.WaitForExit(5000, nullptr));
 }
 
-TEST(GetKeyScreen, AnIdleTimeoutOfZeroNeverEndsButStillDims) {
-  Terminal t(24, 80);
-  // 60000 times faster: every real millisecond is a minute.
-  t.Fork([] { return RunKeys({.speed = 60000, .idleTimeout = 0, .useTimeout = true}); }, KonuTest::UiEnv());
-  ASSERT_TRUE(t.WaitFor([&] { return Dimmed(t); }, 5000)) << t.Screen();
-  EXPECT_FALSE(t.WaitForExit(500, nullptr)) << t.Screen();  // more than eight hours of its clock
-  EXPECT_FALSE(t.Find("timeout after", nullptr, nullptr)) << t.Screen();
-  t.Press("q");
-  int status = -1;
-  ASSERT_TRUE(t.WaitForExit(5000, &status));
-  EXPECT_EQ(status, 0);
+// A time-out of 0 in a session, and any time-out outside one (the login form, the shutdown
+// dialog), never ends the wait; the screen still dims.
+TEST(GetKeyScreen, NoTimeoutWithZeroOrOutsideASessionButTheScreenStillDims) {
+  const struct {
+    unsigned idleTimeout;
+    bool session;
+  } kCases[] = {{0, true}, {60, false}};
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.session ? "zero in a session" : "no session");
+    Terminal t(24, 80);
+    // 60000 times faster: every real millisecond is a minute.
+    t.Fork(
+        [c] {
+          return RunKeys(
+              {.speed = 60000, .idleTimeout = c.idleTimeout, .useTimeout = true, .session = c.session});
+        },
+        KonuTest::UiEnv());
+    ASSERT_TRUE(t.WaitFor([&] { return Dimmed(t); }, 5000)) << t.Screen();
+    EXPECT_FALSE(t.WaitForExit(500, nullptr)) << t.Screen();  // more than eight hours of its clock
+    EXPECT_FALSE(t.Find("timeout after", nullptr, nullptr)) << t.Screen();
+    t.Press("q");
+    int status = -1;
+    ASSERT_TRUE(t.WaitForExit(5000, &status));
+    EXPECT_EQ(status, 0);
+  }
 }
 
 TEST(GetKeyScreen, EscapeRAndARealResizeLogTheSizeAndEndWithStatusZero) {

@@ -24,10 +24,13 @@ TEST(MarkupDrawPlan, NewlinesStartRowsAndTheTextIsCutAfterTheLastRow) {
   EXPECT_TRUE(PlanMarkupDrawing("text", 10, 0, 3, 0, true).empty());
 }
 
-TEST(MarkupDrawPlan, TheLastRowIsCutAtTheRightEdge) {
+TEST(MarkupDrawPlan, EveryRowIsCutAtTheRightEdge) {
   EXPECT_EQ(Plan("abcdefghijklm"), (std::vector<Op>{Write(0, 0, "abcdefghij")}));
   EXPECT_EQ(Plan("abcdefgh{color:red}ijklm"),
             (std::vector<Op>{Write(0, 0, "abcdefgh"), On(3, 1), Write(0, 8, "ij")}));
+  // A row wider than the area (alignment can make one) must not run on into the next row.
+  EXPECT_EQ(Plan("abcdefghijk{color:red}l\nx"),
+            (std::vector<Op>{Write(0, 0, "abcdefghij"), On(3, 1), Write(1, 0, "x")}));
 }
 
 TEST(MarkupDrawPlan, ColourTagsSwitchTheAttributeWhileActive) {

@@ -1,0 +1,421 @@
+// The Configure Management Network screen on a fresh simulated host, run by itself in a pty
+// child: summary panes, the exit confirmation, the adapters and VLAN dialogs, and the apply
+// with its log lines, host changes and error dialogs.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "network/NetworkWindow.h"
+#include "tests/e2e/DialogChild.h"
+#include "tests/harness/SimHostFixture.h"
+
+namespace {
+
+using KonuTest::DialogChildSetup;
+using KonuTest::SimHostFixture;
+using KonuTest::Terminal;
+using nlohmann::json;
+
+class NetworkScreen : public SimHostFixture {
+ protected:
+  void Open(Terminal& term) {
+    DialogChildSetup setup{Root(), false, "root"};
+    term.Fork(
+        [setup] {
+          return KonuTest::RunDialogChild(setup, [](Konu::Frame& owner) {
+            Konu::NetworkWindow window(&owner);
+            return window.Run();
+          });
+        },
+        KonuTest::UiEnv());
+    Ready(term, "<Esc> Exit");
+  }
+
+  static void Ready(Terminal& term, const std::string& text) {
+    ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+  }
+
+  // Moves the selection down `steps` entries and waits for the entry's pane heading.
+  static void Select(Terminal& term, int steps, const std::string& heading) {
+    for (int i = 0; i < steps; ++i) term.Press("Down");
+    ASSERT_TRUE(term.WaitFor([&] { return PaneHeading(term) == heading; })) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+  }
+
+  // The heading of the summary pane: row 1, after the screen's title.
+  static std::string PaneHeading(const Terminal& term) {
+    const std::string title = "Configure Management Network";
+    std::string row = term.Row(1);
+    const size_t at = row.find(title);
+    if (at == std::string::npos) return "";
+    row = row.substr(at + title.size());
+    const size_t begin = row.find_first_not_of(' ');
+    const size_t end = row.find("  ", begin);
+    return begin == std::string::npos ? "" : row.substr(begin, end - begin);
+  }
+
+  // The first line of the summary pane (row 4, beside the first menu entry).
+  static std::string PaneFirstLine(const Terminal& term) {
+    std::string row = term.Row(4);
+    const size_t at = row.find("Network Adapters");
+    if (at == std::string::npos) return "";
+    row = row.substr(at + 16);
+    const size_t begin = row.find_first_not_of(' ');
+    const size_t end = row.find(' ', begin);
+    return begin == std::string::npos ? "" : row.substr(begin, end - begin);
+  }
+  static void WaitForPane(Terminal& term, const std::string& firstLine) {
+    ASSERT_TRUE(term.WaitFor([&] { return PaneFirstLine(term) == firstLine; })) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+  }
+
+  // Leaves the screen: Esc, then the confirmation's answer ("" when none is expected).
+  static void Leave(Terminal& term, const std::string& question, const std::string& answer) {
+    term.Press("Esc");
+    if (!question.empty()) {
+      Ready(term, question);
+      term.Press(answer);
+    }
+  }
+
+  // The VLAN dialog: types `text` over the value and presses Enter.
+  static void EnterVlan(Terminal& term, const std::string& text) {
+    Ready(term, "VLAN ID (1-4094, or 4095 to access all VLANs):");
+    for (int i = 0; i < 6; ++i) term.Press("Backspace");
+    term.Type(text);
+    term.Press("Enter");
+  }
+
+  std::string Pnic(const std::string& name) const {
+    return State("/network/pnics/" + name + "/mac").get<std::string>();
+  }
+  json Switch0() const { return State("/network/vswitches/vSwitch0"); }
+  json ManagementGroup() const { return State("/network/vswitches/vSwitch0/portGroups/Management Network"); }
+  std::string NicMac() const { return State("/network/nukNics/nuk0/mac").get<std::string>(); }
+
+  // Checks that `lines` occur in the syslog in this order.
+  void ExpectLogOrder(const std::vector<std::string>& lines) const {
+    const std::string log = Syslog();
+    size_t at = 0;
+    for (const std::string& line : lines) {
+      size_t found = log.find(line, at);
+      ASSERT_NE(std::string::npos, found) << "missing or out of order: " << line << "\n" << log;
+      at = found + line.size();
+    }
+  }
+};
+
+// Every pane with its lines and help text, on both console sizes; then the adapters and VLAN
+// dialogs opened and accepted unchanged, and Esc: nothing applied, no confirmation.
+TEST_F(NetworkScreen, PanesDrawFullyAndUnchangedDialogsApplyNothing) {
+  for (int rows : {24, 25}) {
+    SCOPED_TRACE(rows);
+    Terminal term(rows, 80);
+    Open(term);
+    const std::string bottom = term.Row(rows - 3);
+    EXPECT_TRUE(Contains(bottom, "<Up/Down> Select")) << term.Screen();
+    EXPECT_TRUE(Contains(bottom, "<Enter> Change")) << term.Screen();
+    EXPECT_TRUE(Contains(term.Row(rows - 2), "└")) << term.Screen();
+    EXPECT_EQ("nic0", PaneFirstLine(term)) << term.Screen();
+    EXPECT_TRUE(Contains(term.Screen(), "be load-balanced.")) << term.Screen();
+    struct Pane {
+      const char* heading;
+      std::vector<const char*> texts;
+    };
+    const Pane panes[] = {
+        {"VLAN (optional)", {"Not set", "A VLAN is a virtual network within a"}},
+        {"IPv4 Configuration",
+         {"Manual", "IPv4 Address: 10.0.0.5", "Subnet Mask: 255.255.255.0", "Default Gateway: 10.0.0.1",
+          "This host can obtain an IPv4 address"}},
+        {"IPv6 Configuration",
+         {"IPv6 is enabled.", "Manual", "IPv6 Addresses:", "2001:db8:10::5/64",
+          "Default Gateway: 2001:db8:10::1", "This host can obtain IPv6 addresses"}},
+        {"DNS Configuration",
+         {"Manual", "Primary DNS Server: 10.0.0.2", "Alternate DNS Server: 10.0.0.3",
+          "Hostname: ", "If this host is configured using"}},
+        {"Custom DNS Suffixes", {"example.test", "When using short, unqualified names,"}},
+    };
+    for (const Pane& pane : panes) {
+      Select(term, 1, pane.heading);
+      for (const char* text : pane.texts)
+        EXPECT_TRUE(term.WaitForText(text)) << text << "\n" << term.Screen();
+      EXPECT_TRUE(Contains(term.Row(rows - 3), "<Esc> Exit")) << term.Screen();
+    }
+    for (int i = 0; i < 5; ++i) term.Press("Up");
+    ASSERT_TRUE(term.WaitFor([&] { return PaneHeading(term) == "Network Adapters"; })) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    term.Press("Enter");
+    Ready(term, "Hardware Label (MAC Address)");
+    EXPECT_TRUE(Contains(term.Screen(), "load-balancing.")) << term.Screen();
+    term.Press("Enter");
+    ASSERT_TRUE(term.WaitForNoText("Hardware Label (MAC Address)")) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    Select(term, 1, "VLAN (optional)");
+    term.Press("Enter");
+    Ready(term, "<Enter> OK  <Esc> Cancel");
+    term.Press("Enter");
+    ASSERT_TRUE(term.WaitForNoText("VLAN ID (1-4094")) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    Leave(term, "", "");
+    ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
+    EXPECT_FALSE(Contains(term.Screen(), "Apply changes")) << term.Screen();
+    FinishDialogChild(term, 1);
+  }
+  EXPECT_FALSE(Contains(Syslog(), "Setting ")) << Syslog();
+  EXPECT_FALSE(Contains(Syslog(), "Network settings changed.")) << Syslog();
+}
+
+// Adapters marked C, A, B (C a 12-character NIC serving another switch); A unmarked and
+// marked again gives C, B, A, which the apply makes the uplinks and the teaming order; C's
+// MAC becomes the interface's.
+TEST_F(NetworkScreen, AdaptersKeepTheOrderOfMarkingAndMoveANicOffItsOtherSwitch) {
+  SetState("/network/pnics/uplinkport12",
+           {{"label", ""}, {"mac", "02:00:00:00:00:12"}, {"linkUp", true}, {"pci", "0000:05:00.0"}});
+  SetState("/network/pnics/uplinkport1",
+           {{"label", "virtio_net adapter"}, {"mac", "02:00:00:00:00:11"}, {"linkUp", false}});
+  SetState("/network/vswitches/vSwitch1", {{"uplinks", {"uplinkport12"}}, {"portGroups", json::object()}});
+  SetState("/network/vswitches/vSwitch0/uplinks", {"nic0"});
+  SetState("/network/vswitches/vSwitch0/portGroups/Management Network/teaming",
+           {{"maxActiveUplinks", 1},
+            {"explicitOrder", true},
+            {"activeUplinks", {"nic0"}},
+            {"standbyUplinks", json::array()}});
+  Terminal term(24, 80);
+  Open(term);
+  term.Press("Enter");
+  Ready(term, "Hardware Label (MAC Address)");
+  const std::string list = term.Screen();
+  EXPECT_TRUE(Contains(list, "uplinkpo...  0000:05:00.0 (...0:00:00:12)  Connected (...)")) << list;
+  EXPECT_TRUE(Contains(list, "uplinkport1  virtio_net ... (...00:00:11)  Disconnected")) << list;
+  // Rows in device order: nic0..nic3, uplinkport1, uplinkport12.
+  int at = 0;
+  auto moveTo = [&](int row) {
+    for (; at < row; ++at) term.Press("Down");
+    for (; at > row; --at) term.Press("Up");
+  };
+  auto mark = [&](int row, const std::string& expectRow) {
+    moveTo(row);
+    term.Press("Space");
+    ASSERT_TRUE(term.WaitForText(expectRow)) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+  };
+  mark(0, "[ ] nic0");
+  mark(5, "[X] uplinkpo...");  // C
+  mark(1, "[X] nic1");         // A
+  mark(2, "[X] nic2");         // B
+  term.Press("d");
+  Ready(term, "Adapter Details");
+  EXPECT_TRUE(Contains(term.Screen(), "Used By: None")) << term.Screen();
+  term.Press("Esc");
+  ASSERT_TRUE(term.WaitForNoText("Adapter Details")) << term.Screen();
+  mark(1, "[ ] nic1");
+  mark(1, "[X] nic1");  // A again: now last
+  moveTo(5);
+  term.Press("d");
+  Ready(term, "Adapter Details");
+  EXPECT_TRUE(Contains(term.Screen(), "Device Name: uplinkport12")) << term.Screen();
+  EXPECT_TRUE(Contains(term.Screen(), "vSwitch1")) << term.Screen();
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForNoText("Adapter Details")) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+  term.Press("Enter");
+  Ready(term, "Remove these adapters from their current connections?");
+  EXPECT_TRUE(Contains(term.Screen(), "Network Adapters: Warning")) << term.Screen();
+  term.Press("n");  // stays in the list
+  ASSERT_TRUE(term.WaitForNoText("Remove these adapters")) << term.Screen();
+  Ready(term, "Hardware Label (MAC Address)");
+  term.Press("Enter");
+  Ready(term, "Remove these adapters from their current connections?");
+  term.Press("y");
+  ASSERT_TRUE(term.WaitForNoText("Hardware Label (MAC Address)")) << term.Screen();
+  WaitForPane(term, "uplinkport12");
+  EXPECT_TRUE(Contains(term.Row(5), "  nic2  ")) << term.Screen();
+  EXPECT_TRUE(Contains(term.Row(6), "  nic1  ")) << term.Screen();
+  Leave(term, "Apply changes and restart management network?", "y");
+  ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
+  FinishDialogChild(term, 1);
+
+  const std::vector<std::string> order = {"uplinkport12", "nic2", "nic1"};
+  EXPECT_EQ(json(order), Switch0()["uplinks"]);
+  EXPECT_EQ(json(order), ManagementGroup()["teaming"]["activeUplinks"]);
+  EXPECT_EQ(4, ManagementGroup()["teaming"]["maxActiveUplinks"]);  // one more per added uplink
+  EXPECT_EQ(json::array(), State("/network/vswitches/vSwitch1/uplinks"));
+  EXPECT_EQ("02:00:00:00:00:12", NicMac());
+  ExpectLogOrder(
+      {"Setting adapters to uplinkport12 nic2 nic1", "Setting suffixes to ", "Network settings changed."});
+}
+
+// On a distributed switch no adapter, MAC or VLAN change is attempted, even when chosen.
+TEST_F(NetworkScreen, OnADistributedSwitchAdaptersMacAndVlanAreLeftAlone) {
+  SetState("/network/dvSwitches/dvs0", {{"uplinks", {"nic2"}}, {"ports", json::object()}});
+  SetState("/network/nukNics/nuk0/switch", "dvs0");
+  SetState("/network/nukNics/nuk0/dvsPort", "10");
+  const json before = State("/network");
+  Terminal term(24, 80);
+  Open(term);
+  WaitForPane(term, "Not");  // "Not set": no adapters held
+  term.Press("Enter");
+  Ready(term, "Hardware Label (MAC Address)");
+  term.Press("Down");
+  term.Press("Down");
+  term.Press("Down");
+  term.Press("Space");
+  ASSERT_TRUE(term.WaitForText("[X] nic3")) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForNoText("Hardware Label (MAC Address)")) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+  Select(term, 1, "VLAN (optional)");
+  term.Press("Enter");
+  EnterVlan(term, "12");
+  WaitForPane(term, "12");
+  Leave(term, "Apply changes and restart management network?", "Y");
+  ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
+  FinishDialogChild(term, 1);
+  EXPECT_EQ(before["vswitches"], State("/network/vswitches"));
+  EXPECT_EQ(before["dvSwitches"], State("/network/dvSwitches"));
+  EXPECT_EQ(before["nukNics"]["nuk0"]["mac"], NicMac());
+  EXPECT_FALSE(Contains(Syslog(), "Setting adapters to")) << Syslog();
+  ExpectLogOrder({"Setting suffixes to ", "Network settings changed."});
+}
+
+// VLAN ids: 0 and 4096 refused, empty accepted as unset, 4095 after the warning. Esc in the
+// confirmation keeps the change, N drops it; the next visit applies it with Y, restarting
+// the interface.
+TEST_F(NetworkScreen, VlanRulesAndTheConfirmationAnswers) {
+  {
+    Terminal term(24, 80);
+    Open(term);
+    Select(term, 1, "VLAN (optional)");
+    for (const char* refused : {"0", "4096"}) {
+      term.Press("Enter");
+      EnterVlan(term, refused);
+      Acknowledge(term, "Please reenter a valid VLAN ID (1-4095).");
+      term.Press("Esc");
+      ASSERT_TRUE(term.WaitForNoText("VLAN ID (1-4094")) << term.Screen();
+      ASSERT_TRUE(term.WaitUntilPolling());
+    }
+    term.Press("Enter");
+    EnterVlan(term, "");
+    ASSERT_TRUE(term.WaitForNoText("VLAN ID (1-4094")) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    term.Press("Enter");
+    EnterVlan(term, "4095");
+    Ready(term, "You entered a VLAN ID of 4095.");
+    EXPECT_TRUE(Contains(term.Screen(), "Warning")) << term.Screen();
+    term.Press("Enter");
+    WaitForPane(term, "4095");
+    Leave(term, "Apply changes and restart management network?", "Esc");
+    ASSERT_TRUE(term.WaitForNoText("Apply changes")) << term.Screen();
+    WaitForPane(term, "4095");  // still held
+    Leave(term, "Apply changes and restart management network?", "n");
+    ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
+    FinishDialogChild(term, 1);
+    EXPECT_EQ(0, ManagementGroup()["vlanId"]);
+    EXPECT_FALSE(Contains(Syslog(), "Setting ")) << Syslog();
+  }
+  Terminal term(24, 80);
+  Open(term);
+  Select(term, 1, "VLAN (optional)");
+  term.Press("Enter");
+  EnterVlan(term, "42");
+  WaitForPane(term, "42");
+  Leave(term, "Apply changes and restart management network?", "Y");
+  ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
+  FinishDialogChild(term, 1);
+  EXPECT_EQ(42, ManagementGroup()["vlanId"]);
+  EXPECT_TRUE(State("/network/nukNics/nuk0/up").get<bool>());
+  ExpectLogOrder({"Changed vlan, restarting management interface", "Network settings changed."});
+  const std::string kernel = ReadFile("var/log/nukernel.log");
+  const size_t down = kernel.find("Net: nuk0 taken down");
+  const size_t refreshed = kernel.find("Net: nuk0 refreshed", down);
+  ASSERT_NE(std::string::npos, down) << kernel;
+  ASSERT_NE(std::string::npos, refreshed) << kernel;
+  EXPECT_NE(std::string::npos, kernel.find("Net: nuk0 brought up", refreshed)) << kernel;
+}
+
+// One fault per apply step: the step's error dialog (or, for the uplink and VLAN helpers,
+// the log line), and a later step still runs.
+TEST_F(NetworkScreen, EachFailingStepIsReportedAndTheNextStepRuns) {
+  struct Case {
+    const char* operation;
+    std::vector<std::pair<const char*, json>> state;  // set before the screen opens
+    const char* dialog;                               // "" when the step only logs
+    const char* logged;
+    const char* later;  // a later step's log line
+  };
+  const Case cases[] = {
+      {"VirtualSwitchInfo.RemoveUplink",
+       {},
+       "",
+       "Removing uplink nic0 failed: boom",
+       "Setting ipv6 configuration"},
+      {"NukNic.SetMacAddressFromPnic",
+       {},
+       "Setting mac address of nunic failed: boom",
+       "",
+       "Setting ipv6 configuration"},
+      {"VirtualSwitchInfo.SetPortGroupVlanId",
+       {},
+       "",
+       "Setting VlanID failed: boom",
+       "Setting ipv6 configuration"},
+      {"NukNic.GetCurrentIpConfig",
+       {},
+       "Setting ip configuration failed: boom",
+       "",
+       "Setting ipv6 configuration"},
+      {"NetworkInfo.SetNukIpv6Enabled",
+       {},
+       "Setting ipv6 configuration failed: boom",
+       "",
+       "Setting suffixes to"},
+      {"NukNic.SetIpConfig", {}, "Setting ip/ipv6 configuration failed: boom", "", "Setting suffixes to"},
+      {"RoutingInfo.GetNuKernelDefaultGateway",
+       {},
+       "Setting default gateway failed: boom",
+       "",
+       "Setting suffixes to"},
+      {"NukNic.RenewIpv4Lease",
+       {{"/network/nukNics/nuk0/ipv4/dhcp", true}},
+       "Renewing DHCP lease failed: boom",
+       "",
+       "Setting suffixes to"},
+      {"NukNic.TakeDown", {}, "Restarting management interface failed: boom", "", "Setting suffixes to"},
+      {"DnsConfig.SaveConfig", {}, "Setting DNS failed: boom", "", "Network settings changed."},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.operation);
+    SetUp();  // a fresh host per case
+    for (const auto& [pointer, value] : c.state) SetState(pointer, value);
+    SetState(std::string("/faults/operations/") + c.operation, "boom");
+    Terminal term(24, 80);
+    Open(term);
+    // A change for every step: nic0 unmarked (nic1 first now), VLAN 7.
+    term.Press("Enter");
+    Ready(term, "Hardware Label (MAC Address)");
+    term.Press("Space");
+    ASSERT_TRUE(term.WaitForText("[ ] nic0")) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    term.Press("Enter");
+    ASSERT_TRUE(term.WaitForNoText("Hardware Label (MAC Address)")) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    Select(term, 1, "VLAN (optional)");
+    term.Press("Enter");
+    EnterVlan(term, "7");
+    WaitForPane(term, "7");
+    Leave(term, "Apply changes and restart management network?", "y");
+    if (*c.dialog) {
+      Ready(term, c.dialog);
+      EXPECT_TRUE(Contains(term.Screen(), "Enable Management Network: Error")) << term.Screen();
+      term.Press("Enter");
+    }
+    ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
+    FinishDialogChild(term, 1);
+    ExpectLogOrder({*c.dialog ? c.dialog : c.logged, c.later});
+  }
+}
+
+}  // namespace
