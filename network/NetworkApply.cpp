@@ -11,6 +11,7 @@
 #include "host/Log.h"
 #include "network/ManagementUplinks.h"
 #include "network/NetworkWindow.h"
+#include "ops/PowerConfirmDialog.h"
 
 namespace Konu {
 namespace {
@@ -208,6 +209,13 @@ void NetworkWindow::Apply() {
     for (const std::string& suffix : SplitSuffixes(model_.suffixes)) dns.AddSearchDomain(suffix);
     dns.SaveConfig();
   });
+
+  // 14. IPv6 enablement changes only with a host restart: VMs are powered off (not
+  // terminated) and the host reboots; the dialog does not come back.
+  if (model_.ipv6Enabled != model_.ipv6EnabledAtEntry) {
+    RebootConfirmDialog reboot(this, true);
+    reboot.RunModal();
+  }
 }
 
 }  // namespace Konu

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "ui/Footers.h"
+#include "ui/FormKeys.h"
 #include "ui/MessageDialog.h"
 
 namespace Konu {
@@ -22,21 +23,10 @@ constexpr int kAllVlans = 90;       // "You entered a VLAN ID of 4095. ..."
 constexpr int kInvalidTitle = 88;   // "Invalid VLAN ID"
 constexpr int kInvalidText = 89;    // "Please reenter a valid VLAN ID (1-4095)."
 constexpr int kFieldWidth = 6;
-constexpr int kEsc = 27;
 
+// Digits and the editing keys that are not printable.
 bool IsVlanKey(int key) {
-  switch (key) {
-    case 8:
-    case KEY_BACKSPACE:
-    case KEY_DC:
-    case KEY_LEFT:
-    case KEY_RIGHT:
-    case KEY_HOME:
-    case KEY_END:
-      return true;
-    default:
-      return key >= '0' && key <= '9';
-  }
+  return (key >= '0' && key <= '9') || (IsEditingKey(key) && (key < 32 || key >= 127));
 }
 
 }  // namespace
@@ -80,7 +70,7 @@ int VlanDialog::EventLoop() {
   list_->Draw();
   for (;;) {
     const int key = GetKey(true);
-    if (key == kEsc) {
+    if (key == kKeyEsc) {
       ShowCursor(false);
       return 0;
     }

@@ -98,8 +98,11 @@ TEST_F(HostSimPower, PoweroffMarksTheHostOffAndEndsItsConsole) {
 }
 
 TEST_F(HostSimPower, RebootAndForcedRebootAreToldApart) {
+  state.Update([](Json& s) { s["network"]["ipv6EnabledAfterReboot"] = false; });
+  EXPECT_EQ(state.Get("/network/ipv6Enabled"), true);
   EXPECT_EQ(Shell("reboot").exitCode, 0);
   EXPECT_EQ(state.Get("/power/state"), "rebooting");
+  EXPECT_EQ(state.Get("/network/ipv6Enabled"), false) << "the host boots with the IPv6 setting chosen for it";
   EXPECT_EQ(Shell("reboot -f").exitCode, 0);
   EXPECT_EQ(state.Get("/power/history/1"), (Json{{"action", "reboot"}, {"forced", true}}));
   EXPECT_EQ(LastJournal()["argv"], Json({"reboot", "-f"}));

@@ -210,6 +210,7 @@ TEST_F(NetworkScreen, AdaptersKeepTheOrderOfMarkingAndMoveANicOffItsOtherSwitch)
   EXPECT_TRUE(Contains(term.Screen(), "Used By: None")) << term.Screen();
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForNoText("Adapter Details")) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
   mark(1, "[ ] nic1");
   mark(1, "[X] nic1");  // A again: now last
   moveTo(5);
@@ -230,6 +231,7 @@ TEST_F(NetworkScreen, AdaptersKeepTheOrderOfMarkingAndMoveANicOffItsOtherSwitch)
   Ready(term, "Remove these adapters from their current connections?");
   term.Press("y");
   ASSERT_TRUE(term.WaitForNoText("Hardware Label (MAC Address)")) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
   WaitForPane(term, "uplinkport12");
   EXPECT_TRUE(Contains(term.Row(5), "  nic2  ")) << term.Screen();
   EXPECT_TRUE(Contains(term.Row(6), "  nic1  ")) << term.Screen();
@@ -309,6 +311,7 @@ TEST_F(NetworkScreen, VlanRulesAndTheConfirmationAnswers) {
     WaitForPane(term, "4095");
     Leave(term, "Apply changes and restart management network?", "Esc");
     ASSERT_TRUE(term.WaitForNoText("Apply changes")) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
     WaitForPane(term, "4095");  // still held
     Leave(term, "Apply changes and restart management network?", "n");
     ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
@@ -416,6 +419,41 @@ TEST_F(NetworkScreen, EachFailingStepIsReportedAndTheNextStepRuns) {
     FinishDialogChild(term, 1);
     ExpectLogOrder({*c.dialog ? c.dialog : c.logged, c.later});
   }
+}
+
+// An opaque connection: no adapters dialog (the switch name cannot be had). No management
+// interface at all: the error message instead of the screen, and 0.
+TEST_F(NetworkScreen, WithoutAUsableInterfaceTheScreenSaysSo) {
+  SetState("/network/nukNics/nuk0/opaqueNetwork", "net-1");
+  {
+    Terminal term(24, 80);
+    Open(term);
+    term.Press("Enter");
+    ASSERT_TRUE(term.WaitFor([&] {
+      return Contains(Syslog(), "Getting switch name failed: Opaque network connectee type not supported");
+    })) << Syslog();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    EXPECT_FALSE(Contains(term.Screen(), "Hardware Label")) << term.Screen();
+    Leave(term, "", "");
+    ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
+    FinishDialogChild(term, 1);
+  }
+  SetState("/network/managementInterface", "");
+  Terminal term(24, 80);
+  DialogChildSetup setup{Root(), false, "root"};
+  term.Fork(
+      [setup] {
+        return KonuTest::RunDialogChild(setup,
+                                        [](Konu::Frame& owner) { return Konu::NetworkWindow(&owner).Run(); });
+      },
+      KonuTest::UiEnv());
+  Ready(term, "Management network interface cannot be found.");
+  EXPECT_TRUE(Contains(term.Screen(), "Enable Management Network: Error")) << term.Screen();
+  EXPECT_FALSE(Contains(term.Screen(), "Network Adapters")) << term.Screen();
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
+  FinishDialogChild(term, 0);
+  EXPECT_TRUE(Contains(Syslog(), "Could not get a suitable management interface")) << Syslog();
 }
 
 }  // namespace
