@@ -175,7 +175,7 @@ int ConsoleMain(int argc, char** argv, const ConsoleHooks& hooks) {
 
   int vt = ParseVirtualTerminal(options.vtArgument);
   StartSignalThread();
-  Runtime::Get().session.idleTimeout = ReadIdleTimeout();
+  Runtime::Get().session.idleTimeout = GetKonuTimeout();
 
   RedirectStderr();
   termios saved{};

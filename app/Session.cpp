@@ -13,12 +13,15 @@
 #include "host/SmartCardInfo.h"
 
 namespace Konu {
+namespace {
+constexpr const char kKonuTimeoutOption[] = "/UserVars/KonuTimeOut";
+}  // namespace
 
-unsigned ReadIdleTimeout() {
+unsigned GetKonuTimeout() {
   constexpr unsigned kDefault = 600;
   try {
     auto options = Runtime::Get().Host().CreateAdvancedOptions();
-    auto option = options->FindOption("/UserVars/KonuTimeOut");
+    auto option = options->FindOption(kKonuTimeoutOption);
     auto* integer = dynamic_cast<HostCtl::Adv::AdvancedIntegerOption*>(option.get());
     if (!integer || integer->GetValue() < 0) return kDefault;
     return static_cast<unsigned>(integer->GetValue());
@@ -27,10 +30,21 @@ unsigned ReadIdleTimeout() {
   }
 }
 
+void SetKonuTimeout(unsigned seconds) {
+  try {
+    auto options = Runtime::Get().Host().CreateAdvancedOptions();
+    auto option = options->FindOption(kKonuTimeoutOption);
+    if (!dynamic_cast<HostCtl::Adv::AdvancedIntegerOption*>(option.get())) return;
+    options->SetIntegerValue(kKonuTimeoutOption, seconds);
+  } catch (const HostCtl::Lib::HostCtlException&) {
+    // Silently without effect, as a missing option is.
+  }
+}
+
 void SetSessionActive(bool on) {
   Session& session = Runtime::Get().session;
   session.active = on;
-  if (on) session.idleTimeout = ReadIdleTimeout();
+  if (on) session.idleTimeout = GetKonuTimeout();
 }
 
 namespace {

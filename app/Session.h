@@ -6,8 +6,12 @@
 namespace Konu {
 
 // The integer advanced option "/UserVars/KonuTimeOut", or 600 when it is missing, not an
-// integer option, or its read throws.
-unsigned ReadIdleTimeout();
+// integer option, or its read throws. The session's idle timer keeps a copy of it.
+unsigned GetKonuTimeout();
+
+// Sets "/UserVars/KonuTimeOut" to `seconds`; a missing or non-integer option, or a host
+// failure, is ignored.
+void SetKonuTimeout(unsigned seconds);
 
 // Sets the session flag; when `on`, reads the idle time-out again.
 void SetSessionActive(bool on);

@@ -173,17 +173,17 @@ class IdleTimeout : public ::testing::Test {
 TEST_F(IdleTimeout, ReadFromTheAdvancedOptionWithSixHundredAsTheFallback) {
   const std::string option = "/advancedOptions/~1UserVars~1KonuTimeOut";
   Set(option + "/value", 30);
-  EXPECT_EQ(30u, Konu::ReadIdleTimeout());
+  EXPECT_EQ(30u, Konu::GetKonuTimeout());
   Set(option + "/value", 0);
-  EXPECT_EQ(0u, Konu::ReadIdleTimeout());
+  EXPECT_EQ(0u, Konu::GetKonuTimeout());
 
   Set(option, {{"type", "string"}, {"value", "30"}, {"default", "600"}});
-  EXPECT_EQ(600u, Konu::ReadIdleTimeout()) << "not an integer option";
+  EXPECT_EQ(600u, Konu::GetKonuTimeout()) << "not an integer option";
 
   Konu::Sim::StateFile(root_).Update([&](nlohmann::json& s) {
     s["advancedOptions"].erase("/UserVars/KonuTimeOut");
   });
-  EXPECT_EQ(600u, Konu::ReadIdleTimeout()) << "missing option";
+  EXPECT_EQ(600u, Konu::GetKonuTimeout()) << "missing option";
 }
 
 TEST_F(IdleTimeout, ANewLoginReadsTheOptionAgain) {
