@@ -9,6 +9,7 @@
 #include "host/HostCtlException.h"
 #include "host/Log.h"
 #include "network/AdaptersDialog.h"
+#include "network/AddressDialogs.h"
 #include "network/ApplyChangesDialog.h"
 #include "network/ManagementUplinks.h"
 #include "network/VlanDialog.h"
@@ -160,8 +161,19 @@ void NetworkWindow::Open(int entry) {
     case kVlan:
       OpenVlan();
       break;
+    case kIpv4:
+      EditIpv4(this, model_);
+      break;
+    case kIpv6:
+      EditIpv6(this, model_);
+      break;
+    case kDns:
+      EditDns(this, model_);
+      break;
+    case kSuffixes:
+      EditSuffixes(this, model_);
+      break;
     default:
-      // The IPv4, IPv6, DNS and suffix dialogs open from here.
       break;
   }
 }

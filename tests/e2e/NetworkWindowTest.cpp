@@ -456,4 +456,121 @@ TEST_F(NetworkScreen, WithoutAUsableInterfaceTheScreenSaysSo) {
   EXPECT_TRUE(Contains(Syslog(), "Could not get a suitable management interface")) << Syslog();
 }
 
+// The address entries through the screen. The typical change: a static IPv4 address, mask and
+// gateway; Esc in the confirmation keeps them, Y applies them in order, and the welcome
+// screen shows the new address.
+class NetworkAddresses : public NetworkScreen {
+ protected:
+  // Opens the entry `steps` below the first and waits for its dialog.
+  static void Edit(Terminal& term, int steps, const std::string& heading, const std::string& dialogText) {
+    Select(term, steps, heading);
+    term.Press("Enter");
+    Ready(term, dialogText);
+  }
+  // Types into the dialog (printable text) or presses the named keys, then Enter, and waits
+  // until the screen reads keys again.
+  static void Fill(Terminal& term, const std::string& dialogText, const std::vector<std::string>& keys) {
+    for (const std::string& key : keys) {
+      if (key == "Down" || key == "Up" || key == "Backspace") {
+        term.Press(key);
+      } else {
+        term.Type(key);
+      }
+    }
+    term.Press("Enter");
+    ASSERT_TRUE(term.WaitForNoText(dialogText)) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+  }
+  // Runs the console on the host and waits for `text` on the welcome screen.
+  void ExpectWelcome(const std::string& text) {
+    Terminal term(24, 80);
+    StartKonu(term);
+    EXPECT_TRUE(term.WaitForText(text)) << term.Screen();
+  }
+  // Switches IPv4 to DHCP on a host whose DHCP server is there or not, applies it, and
+  // checks the lease and what the welcome screen shows.
+  void SwitchToDhcp(bool server, const std::string& address, const std::string& welcome) {
+    SetState("/network/dhcpServer/available", server);
+    Terminal term(24, 80);
+    Open(term);
+    Edit(term, 2, "IPv4 Configuration", kStaticChoice);
+    Fill(term, kStaticChoice, {"Down", " "});
+    Leave(term, "Apply changes and restart management network?", "y");
+    FinishDialogChild(term, 1);
+    EXPECT_EQ(true, State("/network/nukNics/nuk0/ipv4/dhcp"));
+    EXPECT_EQ(address, State("/network/nukNics/nuk0/ipv4Lease/address"));
+    EXPECT_TRUE(Contains(Syslog(), "Switching to DHCP on nuk0")) << Syslog();
+    ExpectWelcome(welcome);
+  }
+  static constexpr const char* kStaticChoice = "Set static IPv4 address and network configuration:";
+};
+
+TEST_F(NetworkAddresses, TypicalStaticChangeIsAppliedInOrder) {
+  Terminal term(25, 80);
+  Open(term);
+  Edit(term, 2, "IPv4 Configuration", kStaticChoice);
+  Fill(term, kStaticChoice,
+       {"Down", "Down", "Down", "10.0.0.9", "Down", "255.255.0.0", "Down", "10.0.0.254"});
+  Leave(term, "Apply changes and restart management network?", "Esc");
+  ASSERT_TRUE(term.WaitForNoText("Apply changes")) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+  Leave(term, "Apply changes and restart management network?", "Y");
+  FinishDialogChild(term, 1);
+  EXPECT_EQ("10.0.0.9", State("/network/nukNics/nuk0/ipv4/address"));
+  EXPECT_EQ("255.255.0.0", State("/network/nukNics/nuk0/ipv4/netmask"));
+  EXPECT_EQ("10.0.0.254", State("/network/routing/defaultTcpipStack/ipv4Gateway"));
+  ExpectLogOrder({"Setting ipv4 configuration to 10.0.0.9 255.255.0.0 on nuk0",
+                  "Setting default gateway to 10.0.0.254", "Setting suffixes to ",
+                  "Network settings changed."});
+  ExpectWelcome("10.0.0.9");
+}
+
+// Every address dialog accepted as it stands, IPv6 disabled and enabled again in its dialog:
+// Esc closes the screen at once and nothing is applied.
+TEST_F(NetworkAddresses, UnchangedDialogsAndIpv6ToggledBackAskNothing) {
+  Terminal term(24, 80);
+  Open(term);
+  Edit(term, 2, "IPv4 Configuration", kStaticChoice);
+  Fill(term, kStaticChoice, {});
+  const char* ipv6Static = "Set static IPv6 address and network configuration";
+  Edit(term, 1, "IPv6 Configuration", ipv6Static);
+  Fill(term, ipv6Static, {" ", "Down", "Down", " "});
+  Edit(term, 1, "DNS Configuration", "Use the following DNS server addresses and hostname:");
+  Fill(term, "Use the following DNS server", {});
+  Edit(term, 1, "Custom DNS Suffixes", "Suffixes:");
+  Fill(term, "Suffixes:", {});
+  term.Press("Esc");
+  FinishDialogChild(term, 1);
+  EXPECT_FALSE(Contains(Syslog(), "Setting ")) << Syslog();
+}
+
+// DHCP takes the simulated server's lease; without a server the address is 0.0.0.0 and the
+// welcome screen warns.
+TEST_F(NetworkAddresses, SwitchingToDhcpTakesTheLease) { SwitchToDhcp(true, "10.0.0.77", "10.0.0.77"); }
+
+TEST_F(NetworkAddresses, SwitchingToDhcpWithoutAServerWarns) {
+  SwitchToDhcp(false, "0.0.0.0", "DHCP lookup failed");
+}
+
+// A primary server of 0.0.0.0 and an IPv6 server of "::" add no server; the suffixes are
+// split at commas and blanks, empty pieces skipped.
+TEST_F(NetworkAddresses, DnsServersAndSuffixesAsApplied) {
+  Terminal term(24, 80);
+  Open(term);
+  const char* manual = "Use the following DNS server addresses and hostname:";
+  Edit(term, 4, "DNS Configuration", manual);
+  Fill(term, manual, {"Down", "Down", "0.0.0.0", "Down", "::"});
+  Edit(term, 1, "Custom DNS Suffixes", "Suffixes:");
+  Fill(term, "Suffixes:", {"a.test, b.test,,c.test"});
+  Leave(term, "Apply changes and restart management network?", "Y");
+  FinishDialogChild(term, 1);
+  ExpectLogOrder({"Setting nameservers to 0.0.0.0 ::", "Setting suffixes to a.test, b.test,,c.test",
+                  "Network settings changed."});
+  EXPECT_EQ(json::array(), State("/network/dns/defaultTcpipStack/nameServers"));
+  const json domains = State("/network/dns/defaultTcpipStack/searchDomains");
+  ASSERT_GE(domains.size(), 3u) << domains;
+  EXPECT_EQ((json{"a.test", "b.test", "c.test"}), json(std::vector<json>(domains.end() - 3, domains.end())))
+      << domains;
+}
+
 }  // namespace
