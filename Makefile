@@ -10,7 +10,7 @@ DEMO_HOST  ?= $(BUILD)/demo-host
 # ccache, where the machine has it, makes rebuilds in several checkouts cheap.
 LAUNCHER   := $(if $(shell command -v ccache),-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache)
 
-.PHONY: all deps build demo demo-fresh test test-sanitize fuzz clean
+.PHONY: all deps build demo demo-fresh test test-sanitize fuzz install package clean
 
 all: build
 
@@ -18,7 +18,7 @@ deps:
 	@scripts/install-deps.sh
 
 build: deps
-	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo $(LAUNCHER)
+	cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_INSTALL_PREFIX=/usr $(LAUNCHER)
 	cmake --build $(BUILD) -j$(JOBS)
 
 # Runs the console in this terminal on a simulated host kept under build/ between runs.
@@ -41,6 +41,14 @@ test-sanitize:
 	cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DKONU_SANITIZE=ON $(LAUNCHER)
 	cmake --build $(ASAN_BUILD) -j$(JOBS)
 	cd $(ASAN_BUILD) && LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp ctest --output-on-failure -j$(JOBS) --timeout 600
+
+# Installs under /usr (DESTDIR=DIR stages it elsewhere).
+install: build
+	DESTDIR="$(DESTDIR)" cmake --install $(BUILD) --prefix /usr
+
+# Builds konu_VERSION_ARCH.deb in the build folder: apt install ./$(BUILD)/konu_*.deb
+package: build
+	cd $(BUILD) && cpack -G DEB
 
 # libFuzzer targets of tests/fuzz in their own clang tree; each runs FUZZ_SECONDS from its seeds.
 fuzz:

@@ -39,8 +39,15 @@ const char* ConsoleUsage() {
          "  --host-root DIR   run on the simulated host in DIR (made by 'konu-hostsim create DIR');\n"
          "                    the environment variable KONU_HOST_ROOT does the same.\n"
          "                    Without either, the console runs on the real host (\"/\").\n"
-         "  --help            this text\n";
+         "  --help            this text\n"
+         "  --version         the version of the console\n";
 }
+
+#ifndef KONU_VERSION
+#define KONU_VERSION "unknown"
+#endif
+
+const char* ConsoleVersion() { return "konu " KONU_VERSION "\n"; }
 
 ConsoleOptions ParseConsoleOptions(int argc, char** argv, const char* envHostRoot) {
   ConsoleOptions options;
@@ -49,6 +56,8 @@ ConsoleOptions ParseConsoleOptions(int argc, char** argv, const char* envHostRoo
     const char* arg = argv[i];
     if (strcmp(arg, "--help") == 0 || strcmp(arg, "-h") == 0) {
       options.help = true;
+    } else if (strcmp(arg, "--version") == 0) {
+      options.version = true;
     } else if (strcmp(arg, "--host-root") == 0) {
       if (i + 1 >= argc || !*argv[i + 1]) {
         options.error = "konu: --host-root needs a directory";
@@ -157,8 +166,8 @@ int ConsoleMain(int argc, char** argv, const ConsoleHooks& hooks) {
     fprintf(stderr, "%s\n%s", options.error.c_str(), ConsoleUsage());
     return 2;
   }
-  if (options.help) {
-    fputs(ConsoleUsage(), stdout);
+  if (options.help || options.version) {
+    fputs(options.help ? ConsoleUsage() : ConsoleVersion(), stdout);
     return 0;
   }
   SetHostRoot(options.hostRoot);

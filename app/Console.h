@@ -20,15 +20,17 @@ struct ConsoleHooks {
   std::function<void()> runFirstScreen;
 };
 
-// The command line: [--host-root DIR] [VT]; KONU_HOST_ROOT stands in for the option.
+// The command line: [--host-root DIR] [VT], --help, --version; KONU_HOST_ROOT stands in for the option.
 struct ConsoleOptions {
   std::string hostRoot = "/";
   const char* vtArgument = nullptr;  // argv[1]-style: the first argument that is no option
   bool help = false;
+  bool version = false;
   std::string error;  // a bad option: the message to print
 };
 ConsoleOptions ParseConsoleOptions(int argc, char** argv, const char* envHostRoot);
 const char* ConsoleUsage();
+const char* ConsoleVersion();
 
 // The virtual terminal selected by the argument, 1 to 63, or 0 (logged) for anything else.
 int ParseVirtualTerminal(const char* argument);

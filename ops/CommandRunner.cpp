@@ -11,8 +11,10 @@
 #include <cerrno>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "host/CommandLine.h"
 #include "host/HostRoot.h"
 #include "host/Log.h"
 #include "ops/ChildProcess.h"
@@ -23,23 +25,14 @@ namespace {
 
 constexpr long kPollMicroseconds = 20000;
 
-// The tool folders a simulated root offers its children in place of the machine's own.
-constexpr const char* kSimulatedToolFolders[] = {"/bin", "/sbin", "/usr/bin", "/usr/sbin"};
-
-// "PYTHONHOME=/" and nothing else of the console's environment; a simulated host adds
-// a PATH that reaches only its own tools.
+// "PYTHONHOME=/" and nothing else of the console's environment, but a PATH that reaches the
+// host's tools: a simulated host's alone, or the real host's before the machine's own.
 class ChildEnvironment {
  public:
   ChildEnvironment() {
     entries_.push_back("PYTHONHOME=/");
-    if (IsSimulatedHost()) {
-      std::string path = "PATH=";
-      for (const char* folder : kSimulatedToolFolders) {
-        if (path.size() > 5) path += ':';
-        path += HostPath(folder);
-      }
-      entries_.push_back(std::move(path));
-    }
+    std::string path = HostToolSearchPath();
+    if (!path.empty()) entries_.push_back("PATH=" + path);
     for (const std::string& entry : entries_) pointers_.push_back(entry.c_str());
     pointers_.push_back(nullptr);
   }
@@ -150,14 +143,49 @@ void WaitWithLimit(ChildProcess& child, int timeLimit, int& status) {
   }
 }
 
+// A shell's command line ("sh -c LINE") and script ("sh /etc/init.d/SSH status") name host
+// paths; they are placed on this machine as the program's own path is.
+class ShellArguments {
+ public:
+  ShellArguments(const char* path, const char* const argv[]) {
+    std::string_view name(path);
+    name.remove_prefix(name.rfind('/') + 1);
+    bool shell = name == "sh" || name == "bash";
+    bool command = false, script = false;
+    for (size_t i = 0; argv[i]; ++i) {
+      std::string arg = argv[i];
+      if (shell && i > 0 && !script) {
+        if (command) {
+          arg = HostCommandLine(arg);
+          script = true;
+        } else if (arg == "-c") {
+          command = true;
+        } else if (!arg.empty() && arg.front() == '/') {
+          arg = HostPath(arg);
+          script = true;
+        }
+      }
+      args_.push_back(std::move(arg));
+    }
+    for (const std::string& arg : args_) pointers_.push_back(arg.c_str());
+    pointers_.push_back(nullptr);
+  }
+  const char* const* Get() const { return pointers_.data(); }
+
+ private:
+  std::vector<std::string> args_;
+  std::vector<const char*> pointers_;
+};
+
 // Starts the child on three fresh pipes and closes the child's ends in the parent. False
 // (errno set, every pipe closed) when no child could be started.
 bool Start(ChildProcess& child, const char* path, const char* const argv[], Pipe& in, Pipe& outPipe,
            Pipe& errPipe) {
   if (!in.Open() || !outPipe.Open() || !errPipe.Open()) return false;
   ChildEnvironment environment;
-  int spawnError = child.Spawn(HostPath(path), argv, environment.Get(), in.read.Get(), outPipe.write.Get(),
-                               errPipe.write.Get());
+  ShellArguments arguments(path, argv);
+  int spawnError = child.Spawn(HostPath(path), arguments.Get(), environment.Get(), in.read.Get(),
+                               outPipe.write.Get(), errPipe.write.Get());
   if (spawnError != 0) {
     in = Pipe();
     outPipe = Pipe();

@@ -6,7 +6,6 @@
 
 #include <string>
 
-#include "host/HostRoot.h"
 #include "host/Log.h"
 #include "ops/CommandRunner.h"
 #include "ops/Events.h"
@@ -56,8 +55,8 @@ int RestoreDialog::EventLoop() {
   SetTitle(GetString(kResetTitle));
   SetText(GetString(kPleaseWait));
   Update();
-  // The shell does not know the host root: the script's path is resolved here.
-  const std::string reset = HostPath(kResetScript) + kResetArguments;
+  // The runner places the script's host path on this machine, as it does every program's.
+  const std::string reset = std::string(kResetScript) + kResetArguments;
   // A failed reset may leave the host half reset; nothing is rolled back or shown.
   if (RunShell(reset.c_str()) != 0) return 0;
 

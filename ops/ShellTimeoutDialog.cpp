@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <string>
 
-#include "host/HostRoot.h"
 #include "host/Log.h"
 #include "ops/CommandRunner.h"
 
@@ -46,8 +45,8 @@ void WriteMinutes(const char* option, uint32_t minutes) {
 
 // The script with one action; 0 for a running service on "status".
 int RunServiceScript(const char* script, const char* action) {
-  const std::string path = HostPath(script);  // sh does not know the host root
-  const char* argv[] = {"sh", path.c_str(), action, nullptr};
+  // The runner places the script's host path on this machine, as it does the program's.
+  const char* argv[] = {"sh", script, action, nullptr};
   return RunCommand("/bin/sh", argv);
 }
 }  // namespace

@@ -10,7 +10,6 @@
 #include "app/Runtime.h"
 #include "host/Host.h"
 #include "host/HostCtlException.h"
-#include "host/HostRoot.h"
 #include "host/Log.h"
 #include "ops/CommandRunner.h"
 #include "ops/KonuTimeoutDialog.h"
@@ -93,8 +92,8 @@ constexpr Pane kKonuTimeoutPane = {226, 236, kFooterChange};
 constexpr Pane kRestartAgentsPane = {227, 234, kFooterRestart};
 
 int RunScript(const char* script, const char* action) {
-  const std::string path = HostPath(script);  // sh does not know the host root
-  const char* argv[] = {"sh", path.c_str(), action, nullptr};
+  // The runner places the script's host path on this machine, as it does the program's.
+  const char* argv[] = {"sh", script, action, nullptr};
   return RunCommand("/bin/sh", argv);
 }
 

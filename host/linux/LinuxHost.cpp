@@ -51,7 +51,7 @@ std::unique_ptr<SystemInfo> LinuxHost::CreateSystemInfo() const {
 }
 
 std::unique_ptr<Adv::AdvancedOptions> LinuxHost::CreateAdvancedOptions() const {
-  return std::make_unique<LinuxAdvancedOptions>();
+  return std::make_unique<LinuxAdvancedOptions>(root_);
 }
 
 std::unique_ptr<SysinfoUtil> LinuxHost::CreateSysinfoUtil() const {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "host/Host.h"
+#include "host/linux/LinuxOptions.h"
 #include "host/linux/ProcParsers.h"
 
 namespace HostCtl::Linux {
@@ -169,8 +170,11 @@ class LinuxSystemInfo : public SystemInfo {
   void SetSystemAlert(const std::string& text) override;
   std::string GetKeyboardLayout() const override;
   std::vector<std::string> GetKeyboardLayouts() const override;
-  void LoadKeyboardMappings(const std::string&) override { ThrowNotSupported(); }
-  void SetKeyboardLayout(const std::string&) override { ThrowNotSupported(); }
+  // loadkeys: for this boot only.
+  void LoadKeyboardMappings(const std::string& layout) override;
+  // localectl set-keymap (loads and keeps it), or loadkeys where localectl is missing. The
+  // layout before KONU's first change is kept in /etc/konu/keyboard.orig for the reset.
+  void SetKeyboardLayout(const std::string& layout) override;
   FirewallRuleset GetFirewallRulesetById(const std::string&) const override { ThrowNotSupported(); }
   void SetFirewallRulesetEnabled(const std::string&, bool) override { ThrowNotSupported(); }
 
@@ -178,14 +182,18 @@ class LinuxSystemInfo : public SystemInfo {
   LinuxFiles files_;
 };
 
-// A plain Linux host has no advanced options: every lookup finds nothing.
+// The advanced options KONU keeps in its own file (LinuxOptions); no user options.
 class LinuxAdvancedOptions : public Adv::AdvancedOptions {
  public:
-  std::unique_ptr<Adv::AdvancedOption> FindOption(const std::string&) const override { return nullptr; }
-  void SetIntegerValue(const std::string&, int64_t) override { ThrowNotSupported(); }
-  void SetStringValue(const std::string&, const std::string&) override { ThrowNotSupported(); }
+  explicit LinuxAdvancedOptions(std::string root) : options_(std::move(root)) {}
+  std::unique_ptr<Adv::AdvancedOption> FindOption(const std::string& path) const override;
+  void SetIntegerValue(const std::string& path, int64_t value) override;
+  void SetStringValue(const std::string& path, const std::string& value) override;
   bool UserOptionExists(const std::string&) const override { return false; }
   std::string GetUserOption(const std::string& name) const override;
+
+ private:
+  LinuxOptions options_;
 };
 
 class LinuxSysinfoUtil : public SysinfoUtil {

@@ -9,11 +9,17 @@
 #include <syslog.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <set>
 
+#include "host/CommandLine.h"
 #include "host/HostCtlException.h"
+#include "host/HostRoot.h"
 #include "host/Log.h"
+#include "host/linux/LinuxCommand.h"
 #include "host/linux/LinuxServices.h"
 
 namespace HostCtl::Linux {
@@ -71,6 +77,48 @@ std::vector<std::string> LinuxSystemInfo::GetKeyboardLayouts() const {
   return {names.begin(), names.end()};
 }
 
+namespace {
+constexpr int kKeyboardSeconds = 15;
+}
+
+void LinuxSystemInfo::LoadKeyboardMappings(const std::string& layout) {
+  CommandResult loaded = RunLimited({"loadkeys", layout}, kKeyboardSeconds);
+  if (!loaded.Ok()) throw Lib::HostCtlException(DescribeFailure("loadkeys", loaded));
+}
+
+void LinuxSystemInfo::SetKeyboardLayout(const std::string& layout) {
+  std::string original = files_.Path(kKeyboardOriginalFile);
+  if (!files_.Exists(kKeyboardOriginalFile)) {
+    std::error_code ignored;
+    std::filesystem::create_directories(std::filesystem::path(original).parent_path(), ignored);
+    std::ofstream(original) << GetKeyboardLayout() << '\n';
+  }
+  CommandResult set = RunLimited({"localectl", "set-keymap", layout}, kKeyboardSeconds);
+  if (set.missing) return LoadKeyboardMappings(layout);
+  if (!set.Ok()) throw Lib::HostCtlException(DescribeFailure("localectl", set));
+}
+
+std::unique_ptr<Adv::AdvancedOption> LinuxAdvancedOptions::FindOption(const std::string& path) const {
+  const OptionSpec* spec = FindOptionSpec(path);
+  auto value = options_.Get(path);
+  if (!spec || !value) return nullptr;
+  if (!spec->integer) return std::make_unique<Adv::AdvancedStringOption>(path, *value, spec->defaultValue);
+  auto number = options_.GetInteger(path);
+  int64_t fallback = std::strtoll(spec->defaultValue, nullptr, 10);
+  return std::make_unique<Adv::AdvancedIntegerOption>(path, number.value_or(fallback), fallback, spec->min,
+                                                      spec->max);
+}
+
+void LinuxAdvancedOptions::SetIntegerValue(const std::string& path, int64_t value) {
+  std::string error = options_.Set(path, std::to_string(value), true);
+  if (!error.empty()) throw Lib::HostCtlException(error);
+}
+
+void LinuxAdvancedOptions::SetStringValue(const std::string& path, const std::string& value) {
+  std::string error = options_.Set(path, value, false);
+  if (!error.empty()) throw Lib::HostCtlException(error);
+}
+
 std::string LinuxAdvancedOptions::GetUserOption(const std::string& name) const {
   throw Lib::HostCtlException("User option '" + name + "' not found");
 }
@@ -98,8 +146,12 @@ std::vector<uint8_t> LinuxSysinfoUtil::SysinfoGet(const std::string& node, size_
 }
 
 int LinuxShellExec::NukCtl_Exec(const std::string& commandLine, bool, bool, bool) {
-  const char* argv[] = {"sh", "-c", commandLine.c_str(), nullptr};
-  const char* envp[] = {"PYTHONHOME=/", "PATH=/bin:/sbin:/usr/bin:/usr/sbin", nullptr};
+  // The host paths of the line ("/sbin/services.sh") are KONU's tools on this machine.
+  std::string command = Konu::HostCommandLine(commandLine);
+  std::string toolPath = Konu::HostToolSearchPath();
+  std::string path = "PATH=" + (toolPath.empty() ? std::string("/bin:/sbin:/usr/bin:/usr/sbin") : toolPath);
+  const char* argv[] = {"sh", "-c", command.c_str(), nullptr};
+  const char* envp[] = {"PYTHONHOME=/", path.c_str(), nullptr};
   // The console owns the terminal: the command's output must not reach the screen.
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);

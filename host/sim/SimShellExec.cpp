@@ -11,22 +11,13 @@
 #include <cstring>
 #include <sstream>
 
+#include "host/CommandLine.h"
 #include "host/HostCtlException.h"
 #include "host/sim/SimServices.h"
 
 namespace HostCtl::Sim {
 
 namespace {
-
-bool IsSeparator(const std::string& word) {
-  return word == ";" || word == "&&" || word == "||" || word == "|";
-}
-
-// ">", "2>>", "<", "&>": the next word is a file.
-bool IsRedirection(const std::string& word) {
-  return !word.empty() && word.find_first_not_of("<>&012") == std::string::npos &&
-         word.find_first_of("<>") != std::string::npos;
-}
 
 std::string Rooted(const std::string& root, const std::string& path) {
   return path == "/dev/null" ? path : root + path;  // output thrown away reaches nothing
@@ -38,45 +29,7 @@ std::string Rooted(const std::string& root, const std::string& path) {
 // command, the script a shell runs ("/bin/sh /sbin/services.sh"), and redirection targets.
 // Other arguments stay host paths: the simulated tools resolve them under their own root.
 std::string RootedCommandLine(const std::string& root, const std::string& commandLine) {
-  std::string out;
-  bool expectProgram = true, expectScript = false, expectFile = false;
-  size_t i = 0;
-  while (i < commandLine.size()) {
-    if (commandLine[i] == ' ' || commandLine[i] == '\t') {
-      out += commandLine[i++];
-      continue;
-    }
-    size_t end = commandLine.find_first_of(" \t", i);
-    std::string word = commandLine.substr(i, end == std::string::npos ? std::string::npos : end - i);
-    i = end == std::string::npos ? commandLine.size() : end;
-    std::string tail;  // a ";" glued to the end of a word ends the command
-    while (word.size() > 1 && word.back() == ';') {
-      tail += ';';
-      word.pop_back();
-    }
-    size_t glued = word.find('/');
-    if (IsSeparator(word)) {
-      expectProgram = true;
-    } else if (IsRedirection(word)) {
-      expectFile = true;
-    } else if (glued != std::string::npos && glued > 0 && IsRedirection(word.substr(0, glued))) {
-      word = word.substr(0, glued) + Rooted(root, word.substr(glued));  // ">/dev/console"
-    } else if (expectFile) {
-      expectFile = false;
-      if (word.front() == '/') word = Rooted(root, word);
-    } else if (expectProgram) {
-      expectProgram = false;
-      std::string name = word.substr(word.rfind('/') + 1);
-      expectScript = name == "sh" || name == "bash";
-      if (word.front() == '/') word = root + word;
-    } else if (expectScript && word.front() != '-') {
-      expectScript = false;
-      if (word.front() == '/') word = root + word;
-    }
-    out += word + tail;
-    if (!tail.empty()) expectProgram = true;
-  }
-  return out;
+  return Konu::MapCommandLine(commandLine, [&root](const std::string& path) { return Rooted(root, path); });
 }
 
 int SimShellExec::NukCtl_Exec(const std::string& commandLine, bool, bool, bool) {

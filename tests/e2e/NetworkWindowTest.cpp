@@ -552,6 +552,23 @@ TEST_F(NetworkAddresses, SwitchingToDhcpWithoutAServerWarns) {
   SwitchToDhcp(false, "0.0.0.0", "DHCP lookup failed");
 }
 
+// IPv6 disabled alone: the reboot question; yes runs the other steps and ends in the host
+// restart, after which IPv6 is off.
+TEST_F(NetworkAddresses, Ipv6ToggledAloneAppliesAndRestartsTheHost) {
+  Terminal term(24, 80);
+  Open(term);
+  const char* ipv6Static = "Set static IPv6 address and network configuration";
+  Edit(term, 3, "IPv6 Configuration", ipv6Static);
+  Fill(term, ipv6Static, {" "});
+  Leave(term, "Apply changes and reboot host?", "Y");
+  ASSERT_TRUE(term.WaitForText("Restart in progress...")) << term.Screen();
+  ASSERT_TRUE(term.WaitFor([&] { return !State("/power/history").empty(); })) << term.Screen();
+  EXPECT_EQ("reboot", State("/power/history/0/action"));
+  EXPECT_EQ(false, State("/network/ipv6Enabled")) << "the host came up with IPv6 off";
+  ExpectLogOrder({"Setting adapters to", "Setting nameservers to", "Setting suffixes to "});
+  EXPECT_FALSE(Contains(Syslog(), "Setting ipv4 configuration")) << Syslog();
+}
+
 // A primary server of 0.0.0.0 and an IPv6 server of "::" add no server; the suffixes are
 // split at commas and blanks, empty pieces skipped.
 TEST_F(NetworkAddresses, DnsServersAndSuffixesAsApplied) {

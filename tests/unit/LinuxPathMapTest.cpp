@@ -1,0 +1,92 @@
+// The Linux path map on a temporary root: every kind of home, the configured certificate,
+// and a journal-only log exported through a stand-in journalctl.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "host/HostRoot.h"
+#include "host/linux/LinuxPathMap.h"
+
+namespace fs = std::filesystem;
+using HostCtl::Linux::LinuxPathMap;
+
+namespace {
+
+class LinuxPathMapTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    char tmpl[] = "/tmp/konu-paths-XXXXXX";
+    root_ = mkdtemp(tmpl);
+  }
+  void TearDown() override { fs::remove_all(root_); }
+  void Write(const std::string& path, const std::string& text, bool executable = false) {
+    fs::create_directories(fs::path(root_ + path).parent_path());
+    std::ofstream(root_ + path) << text;
+    if (executable) chmod((root_ + path).c_str(), 0755);
+  }
+  std::string Read(const std::string& path) {
+    std::ifstream in(path);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+  }
+  std::string root_;
+};
+
+TEST_F(LinuxPathMapTest, EveryHostPathHasItsLinuxHome) {
+  Write("/var/log/syslog", "a line\n");
+  LinuxPathMap map(root_);
+  struct Case {
+    const char* hostPath;
+    const char* home;
+  } cases[] = {
+      {"/bin/qal-cmd", "/usr/libexec/konu/qal-cmd"},
+      {"/etc/init.d/OrinShell", "/usr/libexec/konu/OrinShell"},
+      {"/sbin/firmwareConfig.py", "/usr/libexec/konu/firmwareConfig.py"},
+      {"/bin/reboot", "/usr/libexec/konu/reboot"},
+      {"/var/run/corbel/show-konu-login", "/run/konu/show-konu-login"},
+      {"/var/run/konu.pid", "/run/konu.pid"},
+      {"/etc/corbel/support", "/etc/konu/support"},
+      {"/etc/corbel/support/contract", "/etc/konu/support/contract"},
+      {"/etc/corbel/supportx", "/etc/corbel/supportx"},
+      {"/etc/corbel/ssl/rui.crt", "/etc/ssl/certs/ssl-cert-snakeoil.pem"},
+      {"/bin/less", "/usr/bin/less"},
+      {"/var/log/syslog.log", "/var/log/syslog"},
+      {"/bin/sh", "/bin/sh"},
+      {"/dev/console", "/dev/console"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(map.Resolve(c.hostPath), root_ + c.home) << c.hostPath;
+  EXPECT_EQ(map.ToolSearchPath().substr(0, root_.size() + 18), root_ + "/usr/libexec/konu:");
+
+  Write("/etc/konu/konu.conf", "# KONU\ncertificate=/etc/konu/host.crt\n");
+  EXPECT_EQ(LinuxPathMap(root_).Resolve("/etc/corbel/ssl/rui.crt"), root_ + "/etc/konu/host.crt");
+}
+
+TEST_F(LinuxPathMapTest, AJournalOnlyLogIsExportedWhenOpened) {
+  Write("/stand-in/journalctl", "#!/bin/sh\necho \"journal $*\"\n", true);
+  LinuxPathMap map(root_, root_ + "/stand-in/journalctl");
+  std::string kernel = map.Resolve("/var/log/nukernel.log");
+  EXPECT_EQ(kernel, root_ + "/run/konu/logs/nukernel.log");
+  EXPECT_EQ(Read(kernel), "journal --no-pager -q -n 5000 -k\n");
+  EXPECT_FALSE(fs::exists(kernel + ".new"));
+
+  // A journal that fails leaves no log to offer.
+  LinuxPathMap broken(root_, root_ + "/stand-in/none");
+  EXPECT_FALSE(fs::exists(broken.Resolve("/var/log/sysboot.log")));
+}
+
+TEST(HostPathTest, TheRealHostUsesTheMapAndASimulatedHostItsRoot) {
+  LinuxPathMap map("/");
+  Konu::SetHostPathMap(&map);
+  Konu::SetHostRoot("/");
+  EXPECT_EQ(Konu::HostPath("/bin/qal-cmd"), "/usr/libexec/konu/qal-cmd");
+  EXPECT_EQ(Konu::HostToolSearchPath().substr(0, 18), "/usr/libexec/konu:");
+  Konu::SetHostRoot("/tmp/sim");
+  EXPECT_EQ(Konu::HostPath("/bin/qal-cmd"), "/tmp/sim/bin/qal-cmd");
+  EXPECT_EQ(Konu::HostToolSearchPath(), "/tmp/sim/bin:/tmp/sim/sbin:/tmp/sim/usr/bin:/tmp/sim/usr/sbin");
+  Konu::SetHostRoot("/");
+  Konu::SetHostPathMap(nullptr);
+}
+
+}  // namespace
