@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 
 #include "app/Clock.h"
 #include "app/Colors.h"
@@ -23,6 +24,7 @@
 #include "app/Runtime.h"
 #include "app/Session.h"
 #include "app/SignalThread.h"
+#include "app/TerminalRestore.h"
 #include "host/Host.h"
 #include "host/HostCtlException.h"
 #include "host/HostRoot.h"
@@ -65,6 +67,10 @@ ConsoleOptions ParseConsoleOptions(int argc, char** argv, const char* envHostRoo
       }
       options.hostRoot = argv[++i];
     } else if (strncmp(arg, "--host-root=", 12) == 0) {
+      if (!arg[12]) {
+        options.error = "konu: --host-root needs a directory";
+        return options;
+      }
       options.hostRoot = arg + 12;
     } else if (strncmp(arg, "--", 2) == 0 && arg[2] != '\0') {
       options.error = std::string("konu: unknown option '") + arg + "'";
@@ -119,15 +125,27 @@ void SwitchVirtualTerminal(int vt, termios& saved) {
   tcsetattr(1, TCSANOW, &saved);
 }
 
-void StartCurses() {
+// False (said on the terminal and in the syslog) when curses cannot run on this terminal.
+bool StartCurses(const termios& saved) {
   if (!setlocale(LC_ALL, "en_US.UTF-8")) {
     // Without a UTF-8 locale the scroll bar's block characters would not draw.
     setlocale(LC_ALL, "C.UTF-8");
     Log(LOG_INFO, "Locale en_US.UTF-8 is not installed, using C.UTF-8");
   }
-  initscr();
+  // newterm rather than initscr: initscr would exit with its complaint on stderr, which
+  // goes nowhere by now.
+  if (newterm(nullptr, stdout, stdin) == nullptr) {
+    const char* term = getenv("TERM");
+    std::string message = std::string("konu: cannot start on terminal type '") + (term ? term : "") + "'";
+    Log(LOG_ERR, "%s", message.c_str());
+    message += "\r\n";
+    fputs(message.c_str(), stdout);
+    fflush(stdout);
+    return false;
+  }
   start_color();
-  atexit([] { endwin(); });
+  PrepareTerminalRestore(saved);
+  atexit(RestoreTerminal);
   curs_set(0);
   cbreak();
   noecho();
@@ -135,6 +153,7 @@ void StartCurses() {
   SetupColors();
   DefineKeys();
   refresh();
+  return true;
 }
 
 // A simulated host's syslog is a file under its root, with its own host name on each line.
@@ -188,26 +207,30 @@ int ConsoleMain(int argc, char** argv, const ConsoleHooks& hooks) {
 
   RedirectStderr();
   termios saved{};
-  tcgetattr(1, &saved);
+  Runtime::Get().startupTerminalSaved = tcgetattr(1, &saved) == 0;
   SetTerminalType();
 
   OpenLog("KONU");
   Log(LOG_INFO, "Starting KONU");
   ClaimPidFile(HostPath("/var/run/konu.pid"));
   if (vt > 0) SwitchVirtualTerminal(vt, saved);
+  Runtime::Get().startupTerminal = saved;
 
-  StartCurses();
+  if (!StartCurses(saved)) return 1;
   try {
     hooks.runFirstScreen();
   } catch (const HostCtl::Lib::HostCtlException& e) {
     Log(LOG_ERR, "KONU aborted by exception: %s", e.what());
+  } catch (const std::exception& e) {
+    // Not the host's: put the terminal back and let it end the program as before.
+    Log(LOG_ERR, "KONU aborted by exception: %s", e.what());
+    RestoreTerminal();
+    throw;
   }
   erase();
   refresh();
-  endwin();
-  // The Linux console's palette reset, undoing the colour redefinitions.
-  fputs("\033]R", stdout);
-  fflush(stdout);
+  // endwin and the Linux console's palette reset, undoing the colour redefinitions.
+  RestoreTerminal();
   Runtime::Get().SetHost(nullptr);
   return 0;
 }

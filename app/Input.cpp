@@ -3,11 +3,14 @@
 
 #include <curses.h>
 #include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/syscall.h>
 #include <syslog.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
+#include <deque>
 
 #include "app/Clock.h"
 #include "app/Runtime.h"
@@ -15,12 +18,69 @@
 
 namespace Konu {
 
+namespace {
+
+// Signals taken off the pipe while the runner waited for a child, oldest first; only the
+// user-interface thread touches them.
+std::deque<int> keptSignals;
+
+int ReadSignalByte() {
+  unsigned char byte = 0;
+  ssize_t got;
+  do {
+    got = read(Runtime::Get().signalReadFd, &byte, 1);
+  } while (got < 0 && errno == EINTR);
+  if (got == 1 && byte >= 1 && byte <= 4) return -2 - byte;
+  return kWaitError;
+}
+
+// A key curses has ready without waiting: read ahead before, or readable now.
+int KeyWithoutWaiting() {
+  wtimeout(stdscr, 0);
+  int key = wgetch(stdscr);
+  wtimeout(stdscr, -1);
+  return key;
+}
+
+// Readable but no key: true when the keyboard is gone for good (end of file, hang-up,
+// error) rather than holding a partial sequence.
+bool KeyboardGone() {
+  pollfd fd{0, POLLIN, 0};
+  if (poll(&fd, 1, 0) <= 0) return false;
+  if (fd.revents & (POLLHUP | POLLERR | POLLNVAL)) return true;
+  int pending = 0;
+  return ioctl(0, FIONREAD, &pending) != 0 || pending == 0;
+}
+
+}  // namespace
+
 void LogErrno(const char* what) {
   int err = errno;
   Log(LOG_ERR, "%s with errno(%d): %s", what, err, strerror(err));
 }
 
+int SignalFdForWaits() {
+  // The user-interface thread is the process's main thread.
+  if (syscall(SYS_gettid) != getpid()) return -1;
+  return Runtime::Get().signalReadFd;
+}
+
+bool TakeSignalDuringWait() {
+  int result = ReadSignalByte();
+  if (result == kWaitTerminate) return true;
+  if (result != kWaitError) keptSignals.push_back(result);
+  return false;
+}
+
 int WaitForInput(const timeval* limit, int wakeFd) {
+  // A key curses read ahead (the rest of an unknown escape sequence) shows no readable
+  // input to poll(): hand it over first.
+  if (int key = KeyWithoutWaiting(); key != ERR) return key;
+  if (!keptSignals.empty()) {
+    int kept = keptSignals.front();
+    keptSignals.pop_front();
+    return kept;
+  }
   Runtime& rt = Runtime::Get();
   // poll skips the entries whose descriptor is -1.
   pollfd fds[3] = {{0, POLLIN, 0}, {rt.signalReadFd, POLLIN, 0}, {wakeFd, POLLIN, 0}};
@@ -32,21 +92,16 @@ int WaitForInput(const timeval* limit, int wakeFd) {
     return kWaitError;
   }
   // A key wins over a signal byte that arrived at the same time.
-  if (fds[0].revents & (POLLIN | POLLHUP | POLLERR)) {
-    wtimeout(stdscr, 0);
-    int key = wgetch(stdscr);
-    wtimeout(stdscr, -1);
-    return key;
+  if (fds[0].revents & (POLLIN | POLLHUP | POLLERR | POLLNVAL)) {
+    int key = KeyWithoutWaiting();
+    if (key != ERR) return key;
+    if (KeyboardGone()) {
+      // Nobody can type here any more: end, and let the host start the console again.
+      Log(LOG_INFO, "The terminal is gone; ending");
+      return kWaitTerminate;
+    }
   }
-  if (fds[1].revents & (POLLIN | POLLHUP | POLLERR)) {
-    unsigned char byte = 0;
-    ssize_t got;
-    do {
-      got = read(rt.signalReadFd, &byte, 1);
-    } while (got < 0 && errno == EINTR);
-    if (got == 1 && byte >= 1 && byte <= 4) return -2 - byte;
-    return kWaitError;
-  }
+  if (fds[1].revents & (POLLIN | POLLHUP | POLLERR)) return ReadSignalByte();
   if (fds[2].revents & (POLLIN | POLLHUP | POLLERR)) return kWaitWoken;
   return kWaitError;
 }

@@ -3,6 +3,8 @@
 // session user, which runner calls on worker threads read after it was set at login.
 #pragma once
 
+#include <termios.h>
+
 #include <string>
 
 namespace HostCtl {
@@ -43,6 +45,8 @@ class Runtime {
   bool alternateColors = false;  // the welcome screen's F4 flips it
   Frame* topFrame = nullptr;     // the frame whose EventLoop is running
   int signalReadFd = -1;         // read end of the signal pipe
+  termios startupTerminal{};     // fd 1's attributes as start-up found them
+  bool startupTerminalSaved = false;
 
  private:
   HostCtl::Host* host_ = nullptr;

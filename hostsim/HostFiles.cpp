@@ -43,8 +43,6 @@ std::vector<LogFile> FreshLogFiles(const nlohmann::json& state) {
     return "<" + std::to_string(pri) + ">" + SyslogStamp(ago) + " " + host + " " + ident + ": " + text;
   };
   auto iso = [&](int ago, const std::string& text) { return IsoStamp(ago) + " " + text; };
-  // The HA agent's log (aam.log) is left out on purpose: a fresh host does not run it, and
-  // the log list offers only the files that exist.
   return {
       {"/var/log/syslog.log",
        {sys(190, 30, "init[1]", "Starting system services"),
@@ -72,6 +70,9 @@ std::vector<LogFile> FreshLogFiles(const nlohmann::json& state) {
        {iso(187, "info tmga[2305] Pallas agent starting"), iso(187,
                                                                "info tmga[2305] Not connected to a "
                                                                "central management server")}},
+      {"/var/log/aam.log",
+       {iso(186, "info aam[2350] High availability agent starting"),
+        iso(186, "info aam[2350] Host is not part of a cluster; waiting for configuration")}},
       {"/var/log/zebd.log",
        {iso(186, "info zebd[2400] Observation service started"),
         iso(186, "info zebd[2400] Event zeb.host.boot posted: Host booted")}},

@@ -2,7 +2,6 @@
 #include <signal.h>
 
 #include "host/sim/DefaultState.h"
-#include "hostsim/ConsoleSignal.h"
 #include "hostsim/Tools.h"
 
 namespace Konu::Sim {
@@ -16,9 +15,7 @@ int GoDown(ToolRun& run, const std::string& state, bool forced) {
     s["power"]["state"] = state;
     s["power"]["history"].push_back({{"action", run.Name()}, {"forced", forced}});
   });
-  std::string why;
-  if (!SignalConsole(run.Root(), SIGTERM, &why))
-    run.Err(run.Name() + ": console not signalled: " + why + "\n");
+  run.SignalConsoleWhenDone(SIGTERM);
   return 0;
 }
 

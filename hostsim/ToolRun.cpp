@@ -5,9 +5,11 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <ctime>
 
 #include "host/sim/Faults.h"
+#include "hostsim/ConsoleSignal.h"
 #include "hostsim/Journal.h"
 
 namespace Konu::Sim {
@@ -84,6 +86,9 @@ int ToolRun::Run(int (*body)(ToolRun&)) {
   }
   Flush();
   Journal(code);
+  std::string why;
+  if (consoleSignal_ != 0 && !SignalConsole(root_, consoleSignal_, &why))
+    fprintf(stderr, "%s: console not signalled: %s\n", name_.c_str(), why.c_str());
   return code;
 }
 

@@ -34,6 +34,10 @@ class ToolRun {
   void Out(const std::string& text) { out_ += text; }
   void Err(const std::string& text) { err_ += text; }
 
+  // Sends `signal` to the console once the run is journaled (a host going down ends the
+  // console, which puts down a tool it is still waiting for).
+  void SignalConsoleWhenDone(int signal) { consoleSignal_ = signal; }
+
   // Runs the tool: applies an injected fault if one matches, else `body`; writes the output,
   // appends the journal line and returns the exit code. A hanging fault never returns.
   int Run(int (*body)(ToolRun&));
@@ -49,6 +53,7 @@ class ToolRun {
   std::string user_;
   std::string out_;
   std::string err_;
+  int consoleSignal_ = 0;
 };
 
 }  // namespace Konu::Sim

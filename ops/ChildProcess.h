@@ -41,9 +41,11 @@ class ChildProcess {
   // process, as the runner's timed wait wants.
   void KillAndAbandon();
 
+  // Sends SIGKILL and reaps the child (the destructor does the same).
+  void KillAndReap();
+
  private:
   pid_t Settle(pid_t result);
-  void KillAndReap();
 
   pid_t pid_ = -1;
 };

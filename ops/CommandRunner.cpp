@@ -1,19 +1,25 @@
-// The command runner: spawn, feed, wait (with the 20 ms poll of the timed wait), drain.
+// The command runner: spawn, feed, then wait (looking every 20 ms) while draining the output
+// and watching for a terminating signal.
 #include "ops/CommandRunner.h"
 
-#include <poll.h>
+#include <fcntl.h>
 #include <signal.h>
+#include <sys/select.h>
 #include <sys/wait.h>
 #include <syslog.h>
 #include <time.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdint>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "app/Input.h"
 #include "host/CommandLine.h"
 #include "host/HostRoot.h"
 #include "host/Log.h"
@@ -23,7 +29,7 @@
 namespace Konu {
 namespace {
 
-constexpr long kPollMicroseconds = 20000;
+constexpr int kPollMilliseconds = 20;
 
 // "PYTHONHOME=/" and nothing else of the console's environment, but a PATH that reaches the
 // host's tools: a simulated host's alone, or the real host's before the machine's own.
@@ -101,45 +107,121 @@ void WriteInput(int fd, const char* input, int length) {
   }
 }
 
-// Reads until end of file or until the capacity in `length` is filled; stores the count,
-// or -1 after a read error.
-void Drain(int fd, char* buffer, int* length) {
-  int capacity = *length;
-  int got = 0;
-  while (got < capacity) {
-    ssize_t n = read(fd, buffer + got, static_cast<size_t>(capacity - got));
-    if (n > 0) {
-      got += static_cast<int>(n);
-    } else if (n == 0) {
-      break;
-    } else if (errno == EAGAIN || errno == EINTR) {
-      continue;
-    } else {
-      *length = -1;
-      return;
-    }
+// One of the child's output pipes, read as the child writes so it never blocks on a full
+// pipe. Bytes beyond the capacity (and all bytes of a stream nobody asked for) are read
+// and dropped.
+class OutputStream {
+ public:
+  OutputStream(UniqueFd fd, char* buffer, int* length)
+      : fd_(std::move(fd)),
+        buffer_(buffer && length ? buffer : nullptr),
+        length_(buffer_ ? length : nullptr),
+        capacity_(length_ ? *length_ : 0) {
+    fcntl(fd_.Get(), F_SETFL, fcntl(fd_.Get(), F_GETFL) | O_NONBLOCK);
   }
-  *length = got;
+  int Fd() const { return fd_.Valid() ? fd_.Get() : -1; }
+
+  // Reads what is there now: until the pipe is empty (false) or at its end (true, closed).
+  bool ReadAvailable() {
+    char scratch[4096];
+    while (fd_.Valid()) {
+      bool keep = buffer_ && !failed_ && got_ < capacity_;
+      char* into = keep ? buffer_ + got_ : scratch;
+      size_t room = keep ? static_cast<size_t>(capacity_ - got_) : sizeof scratch;
+      ssize_t n = read(fd_.Get(), into, room);
+      if (n > 0) {
+        if (keep) got_ += static_cast<int>(n);
+      } else if (n == 0) {
+        fd_.Reset();
+      } else if (errno == EINTR) {
+        continue;
+      } else if (errno == EAGAIN) {
+        return false;
+      } else {
+        failed_ = true;
+        fd_.Reset();
+      }
+    }
+    return true;
+  }
+
+  // Stores the count (or -1 after a read error) in the caller's length.
+  void Finish() {
+    if (length_) *length_ = failed_ ? -1 : got_;
+  }
+
+ private:
+  UniqueFd fd_;
+  char* buffer_;
+  int* length_;
+  int capacity_;
+  int got_ = 0;
+  bool failed_ = false;
+};
+
+using Readable = std::array<bool, 4>;
+
+// Which of up to four descriptors (-1 = none) are readable within `ms` milliseconds.
+Readable WaitReadable(const std::array<int, 4>& fds, int ms) {
+  Readable ready{};
+  fd_set set;
+  FD_ZERO(&set);
+  int highest = -1;
+  for (int fd : fds) {
+    if (fd < 0 || fd >= FD_SETSIZE) continue;
+    FD_SET(fd, &set);
+    highest = std::max(highest, fd);
+  }
+  timeval limit{0, ms * 1000};
+  int n = select(highest + 1, &set, nullptr, nullptr, &limit);
+  if (n < 0 && errno != EINTR) SleepMicroseconds(ms * 1000L);  // never spin
+  if (n <= 0) return ready;
+  for (size_t i = 0; i < fds.size(); ++i)
+    ready[i] = fds[i] >= 0 && fds[i] < FD_SETSIZE && FD_ISSET(fds[i], &set);
+  return ready;
 }
 
-// The timed wait: one non-blocking look every 20 ms until the child ends or the budget
-// (kept in 64 bits, so long limits do not wrap) runs out; then kill it and leave it.
-void WaitWithLimit(ChildProcess& child, int timeLimit, int& status) {
-  int64_t budget = static_cast<int64_t>(timeLimit) * 1000000;
+int64_t MonotonicMicroseconds() {
+  timespec t{};
+  clock_gettime(CLOCK_MONOTONIC, &t);
+  return static_cast<int64_t>(t.tv_sec) * 1000000 + t.tv_nsec / 1000;
+}
+
+// Waits for the child while reading both output pipes and, on the user-interface thread,
+// watching the signal pipe: a terminating signal kills the child and ends the console.
+// With a time limit, a child still running when it expires is killed and left unreaped.
+// A readable `stopFd` (-1 = none) ends the wait at once and answers true; the child is
+// still running then.
+bool WaitAndRead(ChildProcess& child, int timeLimit, OutputStream& out, OutputStream& err, int& status,
+                 int stopFd = -1) {
+  const int64_t deadline =
+      timeLimit > 0 ? MonotonicMicroseconds() + static_cast<int64_t>(timeLimit) * 1000000 : 0;
+  const int signalFd = SignalFdForWaits();
   for (;;) {
     int ended = -1;
     pid_t result = child.TryWait(ended);
     if (result != 0) {
       if (result > 0) status = ended;
-      return;
+      // What the child wrote before it ended is in the pipes now.
+      out.ReadAvailable();
+      err.ReadAvailable();
+      return false;
     }
-    SleepMicroseconds(kPollMicroseconds);
-    budget -= kPollMicroseconds;
-    if (budget <= 0) {
+    if (deadline != 0 && MonotonicMicroseconds() >= deadline) {
       Log(LOG_WARNING, "Killing process because %d seconds timeout expired", timeLimit);
       child.KillAndAbandon();
-      return;
+      return false;
     }
+    // select(), not poll(): tests tell "waiting for a key" by the main thread sleeping in
+    // poll, and a wait for a child is not that.
+    Readable ready = WaitReadable({out.Fd(), err.Fd(), signalFd, stopFd}, kPollMilliseconds);
+    if (ready[0]) out.ReadAvailable();
+    if (ready[1]) err.ReadAvailable();
+    if (ready[2] && TakeSignalDuringWait()) {
+      child.KillAndReap();
+      std::exit(0);
+    }
+    if (ready[3]) return true;
   }
 }
 
@@ -177,13 +259,17 @@ class ShellArguments {
   std::vector<const char*> pointers_;
 };
 
-// Starts the child on three fresh pipes and closes the child's ends in the parent. False
-// (errno set, every pipe closed) when no child could be started.
-bool Start(ChildProcess& child, const char* path, const char* const argv[], Pipe& in, Pipe& outPipe,
-           Pipe& errPipe) {
-  if (!in.Open() || !outPipe.Open() || !errPipe.Open()) return false;
+// RunCommand, with a stop descriptor for RunCommandUntil (-1 = none).
+int Run(const char* path, const char* const argv[], char* out, int* outLength, char* err, int* errLength,
+        const char* input, int inputLength, int timeLimit, int stopFd) {
+  Pipe in;
+  Pipe outPipe;
+  Pipe errPipe;
+  if (!in.Open() || !outPipe.Open() || !errPipe.Open()) return -1;
+
   ChildEnvironment environment;
   ShellArguments arguments(path, argv);
+  ChildProcess child;
   int spawnError = child.Spawn(HostPath(path), arguments.Get(), environment.Get(), in.read.Get(),
                                outPipe.write.Get(), errPipe.write.Get());
   if (spawnError != 0) {
@@ -191,16 +277,24 @@ bool Start(ChildProcess& child, const char* path, const char* const argv[], Pipe
     outPipe = Pipe();
     errPipe = Pipe();
     errno = spawnError;
-    return false;
+    return -1;
   }
+
   in.read.Reset();
   outPipe.write.Reset();
   errPipe.write.Reset();
-  return true;
-}
 
-// The exit code of a wait status, or -1 (logged) when the child did not end normally.
-int ExitCode(int status) {
+  if (input) WriteInput(in.write.Get(), input, inputLength);
+  in.write.Reset();
+
+  OutputStream outStream(std::move(outPipe.read), out, outLength);
+  OutputStream errStream(std::move(errPipe.read), err, errLength);
+  int status = -1;
+  if (WaitAndRead(child, timeLimit, outStream, errStream, status, stopFd))
+    return -1;  // `child` kills and reaps
+  outStream.Finish();
+  errStream.Finish();
+
   if ((status & 0x7f) != 0) {
     Log(LOG_ERR, "Run Command did not terminate normally");
     return -1;
@@ -208,61 +302,15 @@ int ExitCode(int status) {
   return (status >> 8) & 0xff;
 }
 
-// Reads what is there and throws it away; at end of file (or an error) stops watching `fd`.
-void Discard(pollfd& entry) {
-  if (entry.fd < 0 || (entry.revents & (POLLIN | POLLHUP | POLLERR)) == 0) return;
-  char scratch[512];
-  ssize_t n = read(entry.fd, scratch, sizeof scratch);
-  if (n == 0 || (n < 0 && errno != EINTR && errno != EAGAIN)) entry.fd = -1;
-}
-
 }  // namespace
 
 int RunCommand(const char* path, const char* const argv[], char* out, int* outLength, char* err,
                int* errLength, const char* input, int inputLength, int timeLimit) {
-  Pipe in;
-  Pipe outPipe;
-  Pipe errPipe;
-  ChildProcess child;
-  if (!Start(child, path, argv, in, outPipe, errPipe)) return -1;
-
-  if (input) WriteInput(in.write.Get(), input, inputLength);
-  in.write.Reset();
-
-  int status = -1;
-  if (timeLimit > 0) {
-    WaitWithLimit(child, timeLimit, status);
-  } else {
-    child.Wait(status);
-  }
-
-  if (out && outLength) Drain(outPipe.read.Get(), out, outLength);
-  if (err && errLength) Drain(errPipe.read.Get(), err, errLength);
-
-  return ExitCode(status);
+  return Run(path, argv, out, outLength, err, errLength, input, inputLength, timeLimit, -1);
 }
 
 int RunCommandUntil(const char* path, const char* const argv[], int stopFd) {
-  Pipe in;
-  Pipe outPipe;
-  Pipe errPipe;
-  ChildProcess child;
-  if (!Start(child, path, argv, in, outPipe, errPipe)) return -1;
-  in.write.Reset();
-
-  pollfd watched[3] = {{stopFd, POLLIN, 0}, {outPipe.read.Get(), POLLIN, 0}, {errPipe.read.Get(), POLLIN, 0}};
-  for (;;) {
-    int status = -1;
-    pid_t result = child.TryWait(status);
-    if (result < 0) return -1;
-    if (result > 0) return ExitCode(status);
-    // The output is read while waiting, so a talkative child never stalls on a full pipe.
-    if (poll(watched, 3, kPollMicroseconds / 1000) > 0) {
-      if (watched[0].revents != 0) return -1;  // the child goes with `child`: killed and reaped
-      Discard(watched[1]);
-      Discard(watched[2]);
-    }
-  }
+  return Run(path, argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0, stopFd);
 }
 
 int RunShell(const char* command) {

@@ -11,8 +11,10 @@ namespace Konu {
 //
 // Each output stream is captured when its buffer and in-out length are both given: on
 // entry the capacity, on return the bytes read (-1 after a read error). No terminating
-// zero is added. Output is read only after the child has ended, so a child that fills
-// its pipe while waited for without a limit never ends.
+// zero is added. Output is read while the child runs, so a child that writes a lot never
+// blocks; bytes beyond the capacity, and output nobody asked for, are read and dropped.
+// On the user-interface thread a terminating signal during the wait kills the child and
+// ends the console (status 0).
 //
 // `input` (if given) is written to the child's standard input, which is then closed.
 // `timeLimit` in whole seconds; 0 or less waits without limit. A child still running

@@ -1,6 +1,5 @@
 // The screen a logged-in session opens from the welcome screen with F2: the System
-// Customization menu. The welcome screen knows it only through this maker, so the full
-// screen replaces the plain stand-in here without touching it.
+// Customization menu. The welcome screen knows it only through this maker.
 #pragma once
 
 #include <memory>
@@ -9,7 +8,7 @@
 
 namespace Konu {
 
-// The "System Customization" screen, full-screen over `owner`; Esc leaves it (logs out).
+// The "System Customization" menu, full-screen over `owner`; Esc leaves it (logs out).
 std::unique_ptr<Frame> MakeCustomizationWindow(Frame* owner);
 
 }  // namespace Konu

@@ -69,8 +69,9 @@ TEST_F(HostSimTools, CreateMakesEveryFile) {
         "/usr/lib/konu-sim/pam_konusim.so", "/var/run/corbel/show-konu-login", "/etc/hosts",
         "/var/log/hostsim.log", "/var/log/audit.log", "/etc/ssh/ssh_host_rsa_key"})
     EXPECT_EQ(access(host.File(file).c_str(), R_OK), 0) << file;
-  for (const char* log : {"/var/log/syslog.log", "/var/log/nukernel.log", "/var/log/sysboot.log",
-                          "/var/log/mgmtd.log", "/var/log/tmga.log", "/var/log/zebd.log"}) {
+  for (const char* log :
+       {"/var/log/syslog.log", "/var/log/nukernel.log", "/var/log/sysboot.log", "/var/log/mgmtd.log",
+        "/var/log/tmga.log", "/var/log/aam.log", "/var/log/zebd.log"}) {
     std::string text = ReadFileText(host.File(log));
     EXPECT_GE(std::count(text.begin(), text.end(), '\n'), 2) << log;
   }

@@ -343,6 +343,7 @@ TEST_F(ConsoleLogin, ExpiredUserSetsANewPasswordAndThenLogsInWithIt) {
   Submit(term, "erin", "old-pass");
   Acknowledge(term, "Password has expired.");
   ASSERT_TRUE(term.WaitForText("Old Password:")) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
   term.Type("old-pass");
   term.Press("Enter");
   term.Type("new-pass");

@@ -18,7 +18,7 @@ using KonuTest::Terminal;
 class Startup : public SimHostFixture {};
 
 TEST_F(Startup, DrawsTheProductLineAndEndsWithStatusZeroOnEachTerminationSignal) {
-  for (int sig : {SIGTERM, SIGINT, SIGQUIT}) {
+  for (int sig : {SIGTERM, SIGINT, SIGQUIT, SIGHUP}) {
     Terminal term(24, 80);
     StartKonu(term);
     ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
