@@ -14,6 +14,7 @@
 #include "host/RoutingInfo.h"
 #include "host/ShellExec.h"
 #include "host/SmartCardInfo.h"
+#include "host/SupportInfo.h"
 #include "host/SysinfoUtil.h"
 #include "host/SystemInfo.h"
 #include "host/VirtualSwitchInfo.h"
@@ -44,6 +45,7 @@ class Host {
   virtual std::unique_ptr<ShellExec> CreateShellExec() const = 0;
   virtual std::unique_ptr<EventLib> CreateEventLib() const = 0;
   virtual std::unique_ptr<AuditLog> CreateAuditLog() const = 0;
+  virtual std::unique_ptr<SupportInfo> CreateSupportInfo() const = 0;
 
   // The root this backend reads ("/" for the real host).
   virtual const std::string& Root() const = 0;

@@ -50,6 +50,7 @@ const char* const kDirectories[] = {
     "/etc/pam.d",
     "/etc/konu-sim",
     "/etc/corbel/ssl",
+    "/etc/corbel/support",
     "/etc/ssh",
     "/var/log",
     "/var/run/corbel",
@@ -169,6 +170,31 @@ void WritePam(const std::string& root, const std::string& pamModule, const nlohm
   WritePassdb(root, state);
 }
 
+// The support information pages, one file each, shown in name order.
+void WriteSupportPages(const std::string& root) {
+  struct Page {
+    const char* name;
+    const char* text;
+  };
+  const Page pages[] = {
+      {"10-certificate",
+       "{color:white}Host certificate{/color}\n\nSHA-1 thumbprint of the host's SSL "
+       "certificate:\n\n{ssl-thumbprint}\n"},
+      {"20-ssh-keys",
+       "{color:white}SSH host keys{/color}\n\nRSA key fingerprint:\n{ssh-rsa-fingerprint}\n\n"
+       "DSA key fingerprint:\n{ssh-dsa-fingerprint}\n"},
+      {"30-support-contract",
+       "{color:white}Support contract{/color}\n\nProduct: {orinproduct} {orinversion}\nService tag: "
+       "{servicetag}\n"
+       "Asset tag: {assettag}\nSupport start: {supportstart}\nSupport period: {supportperiod}\n"},
+      {"40-firmware",
+       "{color:white}Firmware versions{/color}\n\nBIOS: {BIOSversion}\nBMC: {BMCversion}\nCPLD: "
+       "{CPLDversion}\n"
+       "PLSA: {PLSAversion}\n"},
+  };
+  for (const Page& page : pages) WriteTextFile(root + "/etc/corbel/support/" + page.name, page.text);
+}
+
 void WriteKeys(const std::string& root, const nlohmann::json& state) {
   std::string fqdn = state["host"].value("hostname", "konu-host") + "." + state["host"].value("domain", "");
   std::string ssl = root + "/etc/corbel/ssl/";
@@ -237,6 +263,7 @@ void CreateHost(const CreateOptions& options) {
   WriteTextFile(root + "/etc/hosts", "127.0.0.1\tlocalhost\n::1\tlocalhost\n" + address + "\t" + fqdn + "\t" +
                                          state["host"].value("hostname", "") + "\n");
   WriteKeys(root, state);
+  WriteSupportPages(root);
 }
 
 }  // namespace Konu::Sim

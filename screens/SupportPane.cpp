@@ -11,7 +11,8 @@ namespace Konu {
 namespace {
 
 constexpr const char kNoPages[] = "No support information is available on this host.";
-constexpr int kHintRows = 2;  // a blank row and the hints
+// A blank row, the hints, and the pane's last row, which the footer line covers.
+constexpr int kHintRows = 3;
 
 std::vector<std::string> SplitRows(const std::string& text) {
   std::vector<std::string> rows;
@@ -50,7 +51,7 @@ std::string SupportPageWithHints(const std::vector<std::string>& pages, unsigned
   const bool after = index + 1 < pages.size();
   if (!before && !after) return page;
   const int rows = static_cast<int>(std::count(page.begin(), page.end(), '\n')) + 1;
-  std::string text = page + std::string(static_cast<size_t>(BodyRows(paneHeight) - rows + 1), '\n') + "\n";
+  std::string text = page + std::string(static_cast<size_t>(BodyRows(paneHeight) - rows + 2), '\n');
   if (before) text += "{color:light-grey}<Page Up>{/color}";
   if (after) text += "{align:right}{color:light-grey}<Page Down>{/color}{/align}";
   return text;

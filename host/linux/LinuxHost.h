@@ -24,6 +24,7 @@ class LinuxHost : public Host {
   std::unique_ptr<ShellExec> CreateShellExec() const override;
   std::unique_ptr<EventLib> CreateEventLib() const override;
   std::unique_ptr<AuditLog> CreateAuditLog() const override;
+  std::unique_ptr<SupportInfo> CreateSupportInfo() const override;  // LinuxSupportInfo.cpp
   const std::string& Root() const override { return root_; }
 
  private:

@@ -27,6 +27,8 @@ nlohmann::json DefaultHostState() {
     "build": "21203435"
   },
   "bootOption": 0,
+  "support": {"start": "2026-01-15", "period": "3 years", "serviceTag": "TX7-40321", "assetTag": "LAB-0042"},
+  "firmware": {"bios": "2.14.1", "bmc": "6.10.30", "cpld": "1.0.7", "plsa": "3.2.0"},
   "keyboard": {
     "current": "US Default",
     "layouts": ["Belgian", "Brazilian", "Croatian", "Czechoslovakian", "Danish", "Estonian", "Finnish",

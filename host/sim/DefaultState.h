@@ -18,6 +18,9 @@ namespace Konu::Sim {
 //                                          the four text fields of the 312-byte `system.version`
 //                                          record (at bytes 0, 32, 96, 128)
 //   /bootOption                            integer; first byte of `system.bootOption` (1 = audit mode)
+//   /support/start, /support/period         support contract facts (texts)
+//   /support/serviceTag, /support/assetTag  the machine's serial and inventory numbers
+//   /firmware/bios, /firmware/bmc, /firmware/cpld, /firmware/plsa   firmware versions
 //   /keyboard/current, /keyboard/layouts    current layout name, list of available names
 //   /advancedOptions/<~1Path~1Name>         {"type": "integer"|"string", "value", "default",
 //                                           "min", "max", "description"}

@@ -1,10 +1,9 @@
 // The simulated host backend: makes the simulated services for one root.
 #include "host/sim/SimHost.h"
 
-#include "host/sim/StateFile.h"
-
 #include "host/HostCtlException.h"
 #include "host/sim/SimServices.h"
+#include "host/sim/StateFile.h"
 
 namespace HostCtl::Sim {
 namespace {
@@ -72,5 +71,9 @@ std::unique_ptr<ShellExec> SimHost::CreateShellExec() const { return std::make_u
 std::unique_ptr<EventLib> SimHost::CreateEventLib() const { return std::make_unique<SimEventLib>(root_); }
 
 std::unique_ptr<AuditLog> SimHost::CreateAuditLog() const { return std::make_unique<SimAuditLog>(root_); }
+
+std::unique_ptr<SupportInfo> SimHost::CreateSupportInfo() const {
+  return std::make_unique<SimSupportInfo>(root_);
+}
 
 }  // namespace HostCtl::Sim

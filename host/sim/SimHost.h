@@ -27,6 +27,7 @@ class SimHost : public Host {
   std::unique_ptr<ShellExec> CreateShellExec() const override;
   std::unique_ptr<EventLib> CreateEventLib() const override;
   std::unique_ptr<AuditLog> CreateAuditLog() const override;
+  std::unique_ptr<SupportInfo> CreateSupportInfo() const override;
   const std::string& Root() const override { return root_; }
 
  private:

@@ -97,6 +97,15 @@ class SimHardwareInfo : public HardwareInfo {
   SimState state_;
 };
 
+class SimSupportInfo : public SupportInfo {
+ public:
+  explicit SimSupportInfo(std::string root) : state_(std::move(root)) {}
+  SupportFacts GetSupportFacts() const override;
+
+ private:
+  SimState state_;
+};
+
 class SimSmartCardInfo : public SmartCardInfo {
  public:
   explicit SimSmartCardInfo(std::string root) : state_(std::move(root)) {}

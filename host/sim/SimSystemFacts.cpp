@@ -1,4 +1,5 @@
-// Simulated hardware facts, smart-card slots and kernel information nodes.
+// Simulated hardware facts, support and firmware facts, smart-card slots and kernel
+// information nodes.
 //
 // State read (JSON pointers):
 //   /hardware/{vendor, product, cpuPackages, cpuModel, memoryPages, pageSize}
@@ -8,6 +9,7 @@
 //   /smartCards/slots [{name, token: null | {userId}}]
 //   /version/{product, version, kernelVersion, build}   the `system.version` record
 //   /bootOption                              first byte of `system.bootOption`
+//   /support/{start, period, serviceTag, assetTag}, /firmware/{bios, bmc, cpld, plsa}
 #include "host/HostCtlException.h"
 #include "host/sim/SimServices.h"
 
@@ -28,6 +30,20 @@ Hardware SimHardwareInfo::GetHardware() const {
   uint64_t pageSize = ValueAt<uint64_t>(state, "/hardware/pageSize", 4096);
   hw.memoryBytes = ValueAt<uint64_t>(state, "/hardware/memoryBytes", pages * pageSize);
   return hw;
+}
+
+SupportFacts SimSupportInfo::GetSupportFacts() const {
+  json state = state_.Read("SupportInfo.GetSupportFacts");
+  SupportFacts facts;
+  facts.supportStart = ValueAt<std::string>(state, "/support/start", "");
+  facts.supportPeriod = ValueAt<std::string>(state, "/support/period", "");
+  facts.serviceTag = ValueAt<std::string>(state, "/support/serviceTag", "");
+  facts.assetTag = ValueAt<std::string>(state, "/support/assetTag", "");
+  facts.biosVersion = ValueAt<std::string>(state, "/firmware/bios", "");
+  facts.bmcVersion = ValueAt<std::string>(state, "/firmware/bmc", "");
+  facts.cpldVersion = ValueAt<std::string>(state, "/firmware/cpld", "");
+  facts.plsaVersion = ValueAt<std::string>(state, "/firmware/plsa", "");
+  return facts;
 }
 
 std::vector<SmartCardSlot> SimSmartCardInfo::GetSlots() const {

@@ -48,11 +48,12 @@ class Menu : public SimHostFixture {
     ASSERT_TRUE(term.WaitForText(kLogOut)) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
   }
-  // The information pane (title, body and footer) of the right half, collapsed.
+  // The information pane (title, body and footer) of the right half, collapsed. The body's
+  // last row is the footer's.
   static std::string Pane(const Terminal& term) {
     const int half = term.Cols() / 2, rows = term.Rows();
     return Collapse(term.Region(1, half + 1, 1, half - 2) + " " +
-                    term.Region(4, half + 1, rows - 6, half - 2) + " " +
+                    term.Region(4, half + 1, rows - 7, half - 2) + " " +
                     term.Region(rows - 3, half + 1, 1, half - 2));
   }
   static std::string PaneTitle(const Terminal& term) {
@@ -109,7 +110,7 @@ const PaneCase kFreshHostPanes[] = {
      "<1> Syslog <2> Nukernel <3> Config <4> Management Agent (mgmtd) <5> Pallas Agent (tmga) <6> High "
      "Availibility Agent (aam) <7> Corbel Orin Observation log (zebd) Press the corresponding key",
      "screen.", ""},
-    {"View Support Information", "", "", ""},
+    {"View Support Information", "Host certificate SHA-1 thumbprint", "<Page Down>", ""},
     {"Reset System Configuration", "Warning! All system parameters", "host.", "<Enter> Reset"},
 };
 
@@ -322,6 +323,64 @@ TEST_F(Menu, LogDigitsCountTheAvailableLogsAndThePagerReturnsToAWholeMenu) {
   ASSERT_TRUE(term.WaitUntilPolling());
   // Keys reach the menu again.
   ASSERT_NO_FATAL_FAILURE(Move(term, "Up", "Troubleshooting Options"));
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(Menu, SupportInformationPagesFillInTheHostFactsAndContinueATallPage) {
+  std::string tall;
+  for (int line = 1; line <= 30; ++line)
+    tall += "line " + std::string(line < 10 ? "0" : "") + std::to_string(line) + "\n";
+  WriteFile("etc/corbel/support/50-tall", tall);
+  Terminal term(24, 80);
+  Open(term, /*local=*/false);
+  for (const char* next : {"Configure Lockdown Mode", "Configure Management Network",
+                           "Restart Management Network", "Test Management Network", "Network Restore Options",
+                           "Troubleshooting Options", "View System Logs", "View Support Information"}) {
+    ASSERT_NO_FATAL_FAILURE(Move(term, "Down", next));
+  }
+  // Each page: a text it starts with, what else it shows, and its hints.
+  struct Page {
+    std::string first;
+    std::vector<std::string> shows;
+    bool previous, next;
+  };
+  const std::string product =
+      State("/version/product").get<std::string>() + " " + State("/version/version").get<std::string>();
+  const std::vector<Page> pages = {
+      {"Host certificate SHA-1 thumbprint of the host's SSL certificate:", {":"}, false, true},
+      {"SSH host keys RSA key fingerprint: SHA256:", {"DSA key fingerprint:"}, true, true},
+      {"Support contract Product: " + product +
+           " Service tag: TX7-40321 Asset tag: LAB-0042 Support start: "
+           "2026-01-15 Support period: 3 years",
+       {},
+       true,
+       true},
+      {"Firmware versions BIOS: 2.14.1 BMC: 6.10.30 CPLD: 1.0.7 PLSA: 3.2.0", {}, true, true},
+      {"line 01 line 02", {"line 15"}, true, true},
+      {"line 16 line 17", {"line 30"}, true, false},
+  };
+  const std::string title = "View Support Information ";
+  for (size_t i = 0; i < pages.size(); ++i) {
+    SCOPED_TRACE(i);
+    if (i > 0) term.Press("PgDn");
+    ASSERT_TRUE(term.WaitFor([&] { return Pane(term).rfind(title + pages[i].first, 0) == 0; }))
+        << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    const std::string shown = Pane(term);
+    for (const std::string& text : pages[i].shows) EXPECT_NE(shown.find(text), std::string::npos) << text;
+    EXPECT_EQ(shown.find("line 17") != std::string::npos, i == 5)
+        << "a page ends at the pane's last text row";
+    EXPECT_EQ(shown.find("<Page Up>") != std::string::npos, pages[i].previous) << shown;
+    EXPECT_EQ(shown.find("<Page Down>") != std::string::npos, pages[i].next) << shown;
+  }
+  term.Press("PgDn");  // no page after the last
+  term.Press("PgUp");
+  ASSERT_TRUE(term.WaitFor([&] { return Pane(term).rfind(title + pages[4].first, 0) == 0; }))
+      << term.Screen();
+  EXPECT_FALSE(Contains(Pane(term), "{")) << "every variable is filled in";
 }
 
 }  // namespace

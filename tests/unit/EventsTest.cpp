@@ -113,6 +113,7 @@ class RecordingHost : public HostCtl::Host {
   std::unique_ptr<HostCtl::Adv::AdvancedOptions> CreateAdvancedOptions() const override { return nullptr; }
   std::unique_ptr<HostCtl::SysinfoUtil> CreateSysinfoUtil() const override { return nullptr; }
   std::unique_ptr<HostCtl::ShellExec> CreateShellExec() const override { return nullptr; }
+  std::unique_ptr<HostCtl::SupportInfo> CreateSupportInfo() const override { return nullptr; }
   std::unique_ptr<HostCtl::EventLib> CreateEventLib() const override {
     return std::make_unique<RecordingEventLib>(record);
   }
