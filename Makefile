@@ -58,5 +58,10 @@ fuzz:
 	cmake --build $(FUZZ_BUILD) -j$(JOBS) --target fuzzers
 	tests/fuzz/run $(FUZZ_BUILD)/tests/fuzz $(FUZZ_SECONDS) $(FUZZ_TARGETS)
 
+# konu side by side with dialog and whiptail (figures only; see bench/Bench.cpp).
+bench: build
+	@scripts/install-deps.sh --bench
+	$(BUILD)/bench/konu-bench
+
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD) $(FUZZ_BUILD)

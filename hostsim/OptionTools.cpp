@@ -4,6 +4,7 @@
 #include <functional>
 #include <limits>
 
+#include "host/ToolArguments.h"
 #include "hostsim/Tools.h"
 
 namespace Konu::Sim {
@@ -69,30 +70,14 @@ std::string UpdateOption(ToolRun& run, const Json::json_pointer& pointer, const 
 
 // orincfg-advcfg [-q] -g [-o] OPTION | [-q] -s VALUE [-o] OPTION
 int AdvCfg(ToolRun& run) {
-  bool quiet = false, get = false, set = false;
-  std::string option, value;
-  const std::vector<std::string>& args = run.Args();
-  for (size_t i = 0; i < args.size(); ++i) {
-    if (args[i] == "-q") {
-      quiet = true;
-    } else if (args[i] == "-g") {
-      get = true;
-    } else if (args[i] == "-s" && i + 1 < args.size()) {
-      set = true;
-      value = args[++i];
-    } else if (args[i] == "-o" && i + 1 < args.size()) {
-      option = args[++i];
-    } else if (!args[i].empty() && args[i][0] != '-' && option.empty()) {
-      option = args[i];
-    } else {
-      option.clear();
-      break;
-    }
-  }
-  if (option.empty() || get == set) {
-    run.Err("Usage: orincfg-advcfg [-q] -g OPTION | [-q] -s VALUE OPTION\n");
+  const AdvCfgArguments parsed = ParseAdvCfg(run.Args());
+  if (!parsed.ok) {
+    run.Err(std::string("Usage: ") + AdvCfgArguments::kUsage + "\n");
     return 1;
   }
+  const std::string& option = parsed.option;
+  const std::string& value = parsed.value;
+  const bool quiet = parsed.quiet, get = parsed.get;
   Json::json_pointer pointer = Json::json_pointer("/advancedOptions") / option;
   if (get) {
     Json state = run.State().Read();
@@ -118,36 +103,17 @@ int AdvCfg(ToolRun& run) {
 // orincli|localcli system settings advanced set -o OPTION (-i INT | -s TEXT | -d)
 //                  system settings advanced list -o OPTION
 int OptionCli(ToolRun& run) {
-  const std::vector<std::string>& args = run.Args();
+  const OptionCliArguments parsed = ParseOptionCli(run.Args());
   auto usage = [&run]() {
-    run.Err("Error: Unknown command or namespace. Usage: " + run.Name() +
-            " system settings advanced {list|set} -o OPTION [-i INT | -s TEXT | -d]\n");
+    run.Err("Error: Unknown command or namespace. Usage: " + run.Name() + OptionCliArguments::kUsage + "\n");
     return 1;
   };
-  if (args.size() < 4 || args[0] != "system" || args[1] != "settings" || args[2] != "advanced")
-    return usage();
-  const std::string& verb = args[3];
-  std::string option, value;
-  bool integer = false, text = false, reset = false;
-  for (size_t i = 4; i < args.size(); ++i) {
-    bool hasNext = i + 1 < args.size();
-    if ((args[i] == "-o" || args[i] == "--option") && hasNext) {
-      option = args[++i];
-    } else if ((args[i] == "-i" || args[i] == "--int-value") && hasNext) {
-      integer = true;
-      value = args[++i];
-    } else if ((args[i] == "-s" || args[i] == "--string-value") && hasNext) {
-      text = true;
-      value = args[++i];
-    } else if (args[i] == "-d" || args[i] == "--default") {
-      reset = true;
-    } else {
-      return usage();
-    }
-  }
-  if (option.empty()) return usage();
+  if (!parsed.ok) return usage();
+  const std::string& option = parsed.option;
+  const std::string& value = parsed.value;
+  const bool integer = parsed.integer, reset = parsed.reset;
   Json::json_pointer pointer = Json::json_pointer("/advancedOptions") / option;
-  if (verb == "list") {
+  if (parsed.list) {
     Json state = run.State().Read();
     if (!state.contains(pointer)) {
       run.Err("Error: Option " + option + " not found\n");
@@ -158,7 +124,6 @@ int OptionCli(ToolRun& run) {
             "\n   Value: " + ValueText(entry) + "\n   Description: " + entry.value("description", "") + "\n");
     return 0;
   }
-  if (verb != "set" || integer + text + reset != 1) return usage();
   std::string error = UpdateOption(run, pointer, option, [&](Json& entry) -> std::string {
     if (!reset) return SetOption(entry, option, value, integer);
     entry["value"] = entry.contains("default") ? entry["default"] : Json();

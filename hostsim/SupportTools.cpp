@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <ctime>
 
+#include "host/ToolArguments.h"
 #include "hostsim/Tools.h"
 
 namespace Konu::Sim {
@@ -20,27 +21,15 @@ bool Contains(const Json& list, const std::string& text) {
 
 // nukbacktrace [-w] [-c] -n PROCESS -o PATTERN -d DIR: '%' in the pattern becomes the pid.
 int NukBacktrace(ToolRun& run) {
-  std::string process, pattern = "core%", dir = "/var/core/";
-  const std::vector<std::string>& args = run.Args();
-  for (size_t i = 0; i < args.size(); ++i) {
-    bool hasNext = i + 1 < args.size();
-    if (args[i] == "-w" || args[i] == "-c") continue;
-    if (args[i] == "-n" && hasNext) {
-      process = args[++i];
-    } else if (args[i] == "-o" && hasNext) {
-      pattern = args[++i];
-    } else if (args[i] == "-d" && hasNext) {
-      dir = args[++i];
-    } else {
-      run.Err("Usage: nukbacktrace [-w] [-c] -n PROCESS [-o PATTERN] [-d DIR]\n");
-      return 1;
-    }
-  }
-  // Everything stays inside the root: no '..' and no slash in the file name.
-  if (process.empty() || pattern.find('/') != std::string::npos || dir.find("..") != std::string::npos) {
-    run.Err("Usage: nukbacktrace [-w] [-c] -n PROCESS [-o PATTERN] [-d DIR]\n");
+  BacktraceArguments parsed = ParseBacktrace(run.Args());
+  // Everything stays inside the root: no '..' in the folder either.
+  if (!parsed.ok || parsed.dir.find("..") != std::string::npos) {
+    run.Err(std::string("Usage: ") + BacktraceArguments::kUsage + "\n");
     return 1;
   }
+  const std::string& process = parsed.process;
+  const std::string& pattern = parsed.pattern;
+  std::string& dir = parsed.dir;
   Json state = run.State().Read();
   Json::json_pointer running("/services/" + process + "/running");
   if (!state.contains(running) || !state.at(running).get<bool>()) {

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "host/ToolArguments.h"
 #include "host/linux/LinuxOptions.h"
 #include "linuxtools/ToolRun.h"
 
@@ -50,32 +51,15 @@ void WriteShellIdleTimeout(ToolRun& run) {
 
 // orincfg-advcfg [-q] -g [-o] OPTION | [-q] -s VALUE [-o] OPTION
 int AdvCfg(ToolRun& run) {
-  bool quiet = false, get = false, set = false;
-  std::string option, value;
-  const std::vector<std::string>& args = run.Args();
-  for (size_t i = 0; i < args.size(); ++i) {
-    if (args[i] == "-q") {
-      quiet = true;
-    } else if (args[i] == "-g") {
-      get = true;
-    } else if (args[i] == "-s" && i + 1 < args.size()) {
-      set = true;
-      value = args[++i];
-    } else if (args[i] == "-o" && i + 1 < args.size()) {
-      option = args[++i];
-    } else if (!args[i].empty() && args[i][0] != '-' && option.empty()) {
-      option = args[i];
-    } else {
-      option.clear();
-      break;
-    }
-  }
-  if (option.empty() || get == set) return run.Usage("orincfg-advcfg [-q] -g OPTION | [-q] -s VALUE OPTION");
+  const AdvCfgArguments parsed = ParseAdvCfg(run.Args());
+  if (!parsed.ok) return run.Usage(AdvCfgArguments::kUsage);
+  const std::string& option = parsed.option;
+  const bool quiet = parsed.quiet, get = parsed.get, set = parsed.set;
   LinuxOptions options = Options(run);
   const HostCtl::Linux::OptionSpec* spec = HostCtl::Linux::FindOptionSpec(option);
   if (!spec) return run.Fail("Option " + option + " not found");
   if (set) {
-    std::string error = options.Set(option, value, spec->integer);
+    std::string error = options.Set(option, parsed.value, spec->integer);
     if (!error.empty()) return run.Fail(error);
     Changed(run, option);
   }
@@ -88,43 +72,20 @@ int AdvCfg(ToolRun& run) {
 // orincli|localcli system settings advanced set -o OPTION (-i INT | -s TEXT | -d)
 //                  system settings advanced list -o OPTION
 int OptionCli(ToolRun& run) {
-  const std::vector<std::string>& args = run.Args();
-  auto usage = [&run]() {
-    return run.Fail("Error: Unknown command or namespace. Usage: " + run.Name() +
-                    " system settings advanced {list|set} -o OPTION [-i INT | -s TEXT | -d]");
-  };
-  if (args.size() < 4 || args[0] != "system" || args[1] != "settings" || args[2] != "advanced")
-    return usage();
-  const std::string& verb = args[3];
-  std::string option, value;
-  bool integer = false, text = false, reset = false;
-  for (size_t i = 4; i < args.size(); ++i) {
-    bool hasNext = i + 1 < args.size();
-    if ((args[i] == "-o" || args[i] == "--option") && hasNext) {
-      option = args[++i];
-    } else if ((args[i] == "-i" || args[i] == "--int-value") && hasNext) {
-      integer = true;
-      value = args[++i];
-    } else if ((args[i] == "-s" || args[i] == "--string-value") && hasNext) {
-      text = true;
-      value = args[++i];
-    } else if (args[i] == "-d" || args[i] == "--default") {
-      reset = true;
-    } else {
-      return usage();
-    }
-  }
-  if (option.empty()) return usage();
+  const OptionCliArguments parsed = ParseOptionCli(run.Args());
+  if (!parsed.ok)
+    return run.Fail("Error: Unknown command or namespace. Usage: " + run.Name() + OptionCliArguments::kUsage);
+  const std::string& option = parsed.option;
   LinuxOptions options = Options(run);
   const HostCtl::Linux::OptionSpec* spec = HostCtl::Linux::FindOptionSpec(option);
   if (!spec) return run.Fail("Error: Option " + option + " not found");
-  if (verb == "list") {
+  if (parsed.list) {
     printf("   Path: %s\n   Type: %s\n   Value: %s\n   Description: %s\n", option.c_str(),
            spec->integer ? "integer" : "string", options.Get(option).value_or("").c_str(), spec->description);
     return 0;
   }
-  if (verb != "set" || integer + text + reset != 1) return usage();
-  std::string error = reset ? options.Reset(option) : options.Set(option, value, integer);
+  std::string error =
+      parsed.reset ? options.Reset(option) : options.Set(option, parsed.value, parsed.integer);
   if (!error.empty()) return run.Fail("Error: " + error);
   Changed(run, option);
   return 0;

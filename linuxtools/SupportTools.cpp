@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "host/ToolArguments.h"
 #include "linuxtools/ToolRun.h"
 
 namespace Konu::LinuxTools {
@@ -33,23 +34,11 @@ long FindProcess(const std::string& name) {
 // nukbacktrace [-w] [-c] -n PROCESS [-o PATTERN] [-d DIR]: '%' in the pattern becomes the
 // pid. The management agent ("mgmtd") is the configured agent process, libvirtd by default.
 int NukBacktrace(ToolRun& run) {
-  const char* usage = "nukbacktrace [-w] [-c] -n PROCESS [-o PATTERN] [-d DIR]";
-  std::string process, pattern = "core%", dir = "/var/core/";
-  const std::vector<std::string>& args = run.Args();
-  for (size_t i = 0; i < args.size(); ++i) {
-    bool hasNext = i + 1 < args.size();
-    if (args[i] == "-w" || args[i] == "-c") continue;
-    if (args[i] == "-n" && hasNext) {
-      process = args[++i];
-    } else if (args[i] == "-o" && hasNext) {
-      pattern = args[++i];
-    } else if (args[i] == "-d" && hasNext) {
-      dir = args[++i];
-    } else {
-      return run.Usage(usage);
-    }
-  }
-  if (process.empty() || pattern.find('/') != std::string::npos) return run.Usage(usage);
+  BacktraceArguments parsed = ParseBacktrace(run.Args());
+  if (!parsed.ok) return run.Usage(BacktraceArguments::kUsage);
+  const std::string& process = parsed.process;
+  const std::string& pattern = parsed.pattern;
+  std::string& dir = parsed.dir;
   std::string name = process == "mgmtd" ? run.Config("agent-process", "libvirtd") : process;
   long pid = FindProcess(name);
   if (pid == 0) return run.Fail("process " + name + " not found");

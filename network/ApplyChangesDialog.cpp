@@ -1,6 +1,8 @@
 // ApplyChangesDialog: 70 x 15, the text in the header and the question in the body.
 #include "network/ApplyChangesDialog.h"
 
+#include "ui/Footers.h"
+
 namespace Konu {
 namespace {
 
@@ -11,10 +13,7 @@ constexpr int kTitle = 204;            // "Configure Management Network: Confirm
 constexpr int kText = 205;             // "You have made changes to the host's management network. ..."
 constexpr int kRestartQuestion = 206;  // "Apply changes and restart management network?"
 constexpr int kRebootQuestion = 207;   // "Apply changes and reboot host?"
-constexpr const char* kFooter =
-    "{color:black}<Y>{/color} {color:dark-grey}Yes{/color}  {color:black}<N>{/color} "
-    "{color:dark-grey}No{/color}{align:right}{color:black}<Esc>{/color} "
-    "{color:dark-grey}Cancel{/color}{/align}";
+
 constexpr int kEsc = 27;
 
 }  // namespace
@@ -31,7 +30,7 @@ int ApplyChangesDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(GetString(kText));
   if (question_) question_->SetText(GetString(ipv6EnablementChanged_ ? kRebootQuestion : kRestartQuestion));
-  SetFooter(kFooter);
+  SetFooter(kFooterYesNoCancel);
   for (;;) {
     const int key = GetKey(true);
     if (key == 'y' || key == 'Y') return kYes;

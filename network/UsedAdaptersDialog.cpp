@@ -1,6 +1,8 @@
 // UsedAdaptersDialog: 70 x 11, the warning in the header and the question in the body.
 #include "network/UsedAdaptersDialog.h"
 
+#include "ui/Footers.h"
+
 namespace Konu {
 namespace {
 
@@ -10,10 +12,7 @@ constexpr int kHeaderHeight = 6;
 constexpr int kTitle = 71;  // "Network Adapters: Warning"
 constexpr int kText = 72;   // "One or more of the selected adapters are already used for other connections."
 constexpr int kQuestion = 73;  // "Remove these adapters from their current connections?"
-constexpr const char* kFooter =
-    "{color:black}<Y>{/color} {color:dark-grey}Yes{/color}  {color:black}<N>{/color} "
-    "{color:dark-grey}No{/color}{align:right}{color:black}<Esc>{/color} "
-    "{color:dark-grey}Cancel{/color}{/align}";
+
 constexpr int kEsc = 27;
 
 }  // namespace
@@ -29,7 +28,7 @@ int UsedAdaptersDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(GetString(kText));
   if (question_) question_->SetText(GetString(kQuestion));
-  SetFooter(kFooter);
+  SetFooter(kFooterYesNoCancel);
   for (;;) {
     const int key = GetKey(true);
     if (key == 'y' || key == 'Y') return 1;

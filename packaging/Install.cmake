@@ -25,7 +25,9 @@ install(FILES ${staged}/konu-hostsim DESTINATION ${CMAKE_INSTALL_BINDIR})
 
 install(FILES ${pkg}/konu@.service ${pkg}/konu-serial@.service DESTINATION lib/systemd/system)
 install(FILES ${pkg}/konu.tmpfiles DESTINATION lib/tmpfiles.d RENAME konu.conf)
-install(FILES ${pkg}/konu.pam DESTINATION ${CMAKE_INSTALL_FULL_SYSCONFDIR}/pam.d RENAME konu)
+# Staged in the build folder too: the PAM test installs this very file.
+configure_file(${pkg}/konu.pam ${staged}/konu.pam COPYONLY)
+install(FILES ${staged}/konu.pam DESTINATION ${CMAKE_INSTALL_FULL_SYSCONFDIR}/pam.d RENAME konu)
 install(FILES ${pkg}/konu.conf DESTINATION ${CMAKE_INSTALL_FULL_SYSCONFDIR}/konu)
 install(DIRECTORY DESTINATION ${CMAKE_INSTALL_FULL_SYSCONFDIR}/konu/support)
 

@@ -60,7 +60,7 @@ std::unique_ptr<SysinfoUtil> LinuxHost::CreateSysinfoUtil() const {
 
 std::unique_ptr<ShellExec> LinuxHost::CreateShellExec() const { return std::make_unique<LinuxShellExec>(); }
 
-std::unique_ptr<EventLib> LinuxHost::CreateEventLib() const { return std::make_unique<LinuxEventLib>(); }
+std::unique_ptr<EventLib> LinuxHost::CreateEventLib() const { return std::make_unique<LinuxEventLib>(root_); }
 
 std::unique_ptr<AuditLog> LinuxHost::CreateAuditLog() const { return std::make_unique<LinuxAuditLog>(); }
 

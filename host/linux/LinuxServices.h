@@ -210,9 +210,11 @@ class LinuxShellExec : public ShellExec {
   int NukCtl_Exec(const std::string& commandLine, bool flag1, bool flag2, bool flag3) override;
 };
 
-// Events and audit records go to the system log on a plain Linux host.
+// Events go to the journal with their id in the field KONU_EVENT_ID (the syslog when the
+// machine has no journal); audit records to the system log's auth facility.
 class LinuxEventLib : public EventLib {
  public:
+  explicit LinuxEventLib(std::string root) : files_(std::move(root)) {}
   int ZebUserLib_Init() override {
     open_ = true;
     return 0;
@@ -221,6 +223,7 @@ class LinuxEventLib : public EventLib {
   void ZebUserLib_Close() override { open_ = false; }
 
  private:
+  LinuxFiles files_;
   bool open_ = false;
 };
 

@@ -5,8 +5,11 @@
 // /usr/share/kbd/keymaps/, /etc/os-release, /proc/sys/kernel/{osrelease, version}.
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <syslog.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
@@ -172,9 +175,48 @@ int LinuxShellExec::NukCtl_Exec(const std::string& commandLine, bool, bool, bool
   return -1;
 }
 
+namespace {
+
+constexpr const char kJournalSocket[] = "/run/systemd/journal/socket";
+constexpr const char kEventMarker[] = "@&!*@*@(";
+
+// One entry in the journal's native protocol; false when the journal is not there.
+bool SendToJournal(const std::string& socketPath, const std::string& entry) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  if (socketPath.size() >= sizeof address.sun_path) return false;
+  std::memcpy(address.sun_path, socketPath.c_str(), socketPath.size() + 1);
+  int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  if (fd < 0) return false;
+  bool sent = sendto(fd, entry.data(), entry.size(), MSG_NOSIGNAL, reinterpret_cast<sockaddr*>(&address),
+                     sizeof address) == static_cast<ssize_t>(entry.size());
+  close(fd);
+  return sent;
+}
+
+std::string OneLine(std::string text) {
+  for (char& c : text)
+    if (c == '\n') c = ' ';
+  return text;
+}
+
+}  // namespace
+
 int LinuxEventLib::ZebUserLib_AddZeb(const std::string& message) {
   if (!open_) return 2;
-  Konu::Log(LOG_INFO, "event: %s", message.c_str());
+  // "@&!*@*@(zeb.user.konu.reboot.host)Rebooting host": the id, then the text.
+  std::string id, text = message;
+  if (message.rfind(kEventMarker, 0) == 0) {
+    size_t close = message.find(')');
+    if (close != std::string::npos) {
+      id = message.substr(std::strlen(kEventMarker), close - std::strlen(kEventMarker));
+      text = message.substr(close + 1);
+    }
+  }
+  const std::string ident = Konu::LogIdent().empty() ? "KONU" : Konu::LogIdent();
+  std::string entry = "MESSAGE=" + OneLine(text) + "\nPRIORITY=6\nSYSLOG_IDENTIFIER=" + ident +
+                      "\nKONU_EVENT_ID=" + OneLine(id) + "\n";
+  if (!SendToJournal(files_.Path(kJournalSocket), entry)) Konu::Log(LOG_INFO, "event: %s", message.c_str());
   return 0;
 }
 

@@ -88,6 +88,25 @@ class NetworkScreen : public SimHostFixture {
     term.Press("Enter");
   }
 
+  // From the first entry: Space on the adapter `row` rows down (showing `markedRow` after),
+  // Enter; then the VLAN entry set to `vlan`.
+  static void ChangeAdapterAndVlan(Terminal& term, int row, const std::string& markedRow,
+                                   const std::string& vlan) {
+    term.Press("Enter");
+    Ready(term, "Hardware Label (MAC Address)");
+    for (int i = 0; i < row; ++i) term.Press("Down");
+    term.Press("Space");
+    ASSERT_TRUE(term.WaitForText(markedRow)) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    term.Press("Enter");
+    ASSERT_TRUE(term.WaitForNoText("Hardware Label (MAC Address)")) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    Select(term, 1, "VLAN (optional)");
+    term.Press("Enter");
+    EnterVlan(term, vlan);
+    WaitForPane(term, vlan);
+  }
+
   std::string Pnic(const std::string& name) const {
     return State("/network/pnics/" + name + "/mac").get<std::string>();
   }
@@ -258,21 +277,7 @@ TEST_F(NetworkScreen, OnADistributedSwitchAdaptersMacAndVlanAreLeftAlone) {
   Terminal term(24, 80);
   Open(term);
   WaitForPane(term, "Not");  // "Not set": no adapters held
-  term.Press("Enter");
-  Ready(term, "Hardware Label (MAC Address)");
-  term.Press("Down");
-  term.Press("Down");
-  term.Press("Down");
-  term.Press("Space");
-  ASSERT_TRUE(term.WaitForText("[X] nic3")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForNoText("Hardware Label (MAC Address)")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  Select(term, 1, "VLAN (optional)");
-  term.Press("Enter");
-  EnterVlan(term, "12");
-  WaitForPane(term, "12");
+  ChangeAdapterAndVlan(term, 3, "[X] nic3", "12");
   Leave(term, "Apply changes and restart management network?", "Y");
   ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
   FinishDialogChild(term, 1);
@@ -397,18 +402,7 @@ TEST_F(NetworkScreen, EachFailingStepIsReportedAndTheNextStepRuns) {
     Terminal term(24, 80);
     Open(term);
     // A change for every step: nic0 unmarked (nic1 first now), VLAN 7.
-    term.Press("Enter");
-    Ready(term, "Hardware Label (MAC Address)");
-    term.Press("Space");
-    ASSERT_TRUE(term.WaitForText("[ ] nic0")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
-    term.Press("Enter");
-    ASSERT_TRUE(term.WaitForNoText("Hardware Label (MAC Address)")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
-    Select(term, 1, "VLAN (optional)");
-    term.Press("Enter");
-    EnterVlan(term, "7");
-    WaitForPane(term, "7");
+    ChangeAdapterAndVlan(term, 0, "[ ] nic0", "7");
     Leave(term, "Apply changes and restart management network?", "y");
     if (*c.dialog) {
       Ready(term, c.dialog);

@@ -4,10 +4,14 @@
 // reaches the machine's services. Also the backend's options and keyboard over the same
 // stand-ins.
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
 #include "host/HostCtlException.h"
@@ -279,6 +283,30 @@ TEST_F(LinuxTools, BackendOptionsAndKeyboard) {
   fs::remove(Bin() + "/loadkeys");
   EXPECT_THROW(system->LoadKeyboardMappings("de"), HostCtl::Lib::HostCtlException);
   setenv("PATH", savedPath.c_str(), 1);
+}
+
+TEST_F(LinuxTools, BackendEventsReachTheJournalWithTheirId) {
+  std::string socketPath = Root() + "/run/systemd/journal/socket";
+  fs::create_directories(fs::path(socketPath).parent_path());
+  int journal = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  ASSERT_LT(socketPath.size(), sizeof address.sun_path);
+  strcpy(address.sun_path, socketPath.c_str());
+  ASSERT_EQ(bind(journal, reinterpret_cast<sockaddr*>(&address), sizeof address), 0) << strerror(errno);
+
+  HostCtl::Linux::LinuxHost host(Root());
+  auto events = host.CreateEventLib();
+  EXPECT_EQ(events->ZebUserLib_AddZeb("@&!*@*@(zeb.user.konu.reboot.host)Rebooting host"), 2) << "not opened";
+  ASSERT_EQ(events->ZebUserLib_Init(), 0);
+  EXPECT_EQ(events->ZebUserLib_AddZeb("@&!*@*@(zeb.user.konu.reboot.host)Rebooting host"), 0);
+  char entry[512] = {};
+  ssize_t n = recv(journal, entry, sizeof entry - 1, MSG_DONTWAIT);
+  close(journal);
+  ASSERT_GT(n, 0);
+  EXPECT_EQ(std::string(entry, static_cast<size_t>(n)),
+            "MESSAGE=Rebooting "
+            "host\nPRIORITY=6\nSYSLOG_IDENTIFIER=KONU\nKONU_EVENT_ID=zeb.user.konu.reboot.host\n");
 }
 
 }  // namespace
