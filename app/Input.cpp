@@ -72,16 +72,17 @@ bool TakeSignalDuringWait() {
   return false;
 }
 
-int WaitForInput(const timeval* limit) {
+int WaitForInput(const timeval* limit, int wakeFd) {
   if (!keptSignals.empty()) {
     int kept = keptSignals.front();
     keptSignals.pop_front();
     return kept;
   }
   Runtime& rt = Runtime::Get();
-  pollfd fds[2] = {{0, POLLIN, 0}, {rt.signalReadFd, POLLIN, 0}};
+  // poll skips the entries whose descriptor is -1.
+  pollfd fds[3] = {{0, POLLIN, 0}, {rt.signalReadFd, POLLIN, 0}, {wakeFd, POLLIN, 0}};
   int timeoutMs = limit ? rt.Clock().RealMilliseconds(*limit) : -1;
-  int n = poll(fds, rt.signalReadFd >= 0 ? 2 : 1, timeoutMs);
+  int n = poll(fds, 3, timeoutMs);
   if (n == 0) return kWaitTimeout;
   if (n < 0) {
     LogErrno("poll() failed");
@@ -98,6 +99,7 @@ int WaitForInput(const timeval* limit) {
     }
   }
   if (fds[1].revents & (POLLIN | POLLHUP | POLLERR)) return ReadSignalByte();
+  if (fds[2].revents & (POLLIN | POLLHUP | POLLERR)) return kWaitWoken;
   return kWaitError;
 }
 

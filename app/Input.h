@@ -12,13 +12,15 @@ enum WaitResult {
   kWaitSigUsr1 = -3,   // signal byte 1
   kWaitSigUsr2 = -4,   // signal byte 2
   kWaitSigWinch = -5,  // signal byte 3
-  kWaitTerminate = -6  // signal byte 4 (SIGINT, SIGQUIT, SIGTERM)
+  kWaitTerminate = -6,  // signal byte 4 (SIGINT, SIGQUIT, SIGTERM)
+  kWaitWoken = -7       // the caller's wake descriptor became readable
 };
 
-// Waits on fd 0 and the signal pipe. `limit` is a span of the runtime clock; null waits
-// without limit. A key wins over a signal byte that arrived at the same time. A keyboard
-// that is gone (end of file, hang-up) gives kWaitTerminate.
-int WaitForInput(const timeval* limit);
+// Waits on fd 0 and the signal pipe, and on `wakeFd` when it is not -1 (it is not read).
+// `limit` is a span of the runtime clock; null waits without limit. A key wins over a
+// signal byte, and a signal byte over the wake descriptor, when they arrive together. A
+// keyboard that is gone (end of file, hang-up) gives kWaitTerminate.
+int WaitForInput(const timeval* limit, int wakeFd = -1);
 
 // For waits below the key reader (the command runner waiting for a child): the signal
 // pipe's read end on the user-interface thread, -1 on any other thread (only that thread

@@ -2,6 +2,7 @@
 // Setters act on the host at once; SaveConfig makes the configuration survive a reboot.
 #pragma once
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -45,6 +46,11 @@ class DnsConfig {
   virtual void AddSearchDomain(const std::string& domain) = 0;
 
   virtual void SaveConfig() = 0;
+
+  // Looks `name` up as the host's own programs would: the hosts file first, then the name
+  // servers. True when it yields an address. Never waits long: gives up (false) after a few
+  // seconds, and soon after `stop` turns true. May run on a worker thread.
+  virtual bool ResolveHostname(const std::string& name, const std::atomic<bool>& stop) = 0;
 };
 
 }  // namespace HostCtl::Network

@@ -38,6 +38,12 @@ const char* const kHelp =
     "Faults: set /faults/tools/\"WORDS\" to {\"exitCode\":N,\"stderr\":\"...\",\"hang\":true,\"times\":N}\n"
     "and every tool run whose arguments hold WORDS in order fails or hangs;\n"
     "/faults/operations/\"Service.Operation\" to a message makes that host operation throw.\n"
+    "(\"nukping -c 3 -I nuk0 10.0.0.1\" hangs that one ping; \"DnsConfig.ResolveHostname\"\n"
+    "fails every name lookup.)\n"
+    "\n"
+    "Network test: nukping answers for the addresses listed in /network/reachable; a name\n"
+    "resolves from etc/hosts, or from a server of /network/dns/defaultTcpipStack/nameServers\n"
+    "that is reachable and lists the name under /network/dnsRecords/\"SERVER\".\n"
     "\n"
     "Exit status: 0 done, 1 failed, 2 bad usage, malformed state or unknown pointer.\n";
 

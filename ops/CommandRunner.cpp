@@ -159,10 +159,10 @@ class OutputStream {
   bool failed_ = false;
 };
 
-using Readable = std::array<bool, 3>;
+using Readable = std::array<bool, 4>;
 
-// Which of up to three descriptors (-1 = none) are readable within `ms` milliseconds.
-Readable WaitReadable(const std::array<int, 3>& fds, int ms) {
+// Which of up to four descriptors (-1 = none) are readable within `ms` milliseconds.
+Readable WaitReadable(const std::array<int, 4>& fds, int ms) {
   Readable ready{};
   fd_set set;
   FD_ZERO(&set);
@@ -190,7 +190,10 @@ int64_t MonotonicMicroseconds() {
 // Waits for the child while reading both output pipes and, on the user-interface thread,
 // watching the signal pipe: a terminating signal kills the child and ends the console.
 // With a time limit, a child still running when it expires is killed and left unreaped.
-void WaitAndRead(ChildProcess& child, int timeLimit, OutputStream& out, OutputStream& err, int& status) {
+// A readable `stopFd` (-1 = none) ends the wait at once and answers true; the child is
+// still running then.
+bool WaitAndRead(ChildProcess& child, int timeLimit, OutputStream& out, OutputStream& err, int& status,
+                 int stopFd = -1) {
   const int64_t deadline =
       timeLimit > 0 ? MonotonicMicroseconds() + static_cast<int64_t>(timeLimit) * 1000000 : 0;
   const int signalFd = SignalFdForWaits();
@@ -202,22 +205,23 @@ void WaitAndRead(ChildProcess& child, int timeLimit, OutputStream& out, OutputSt
       // What the child wrote before it ended is in the pipes now.
       out.ReadAvailable();
       err.ReadAvailable();
-      return;
+      return false;
     }
     if (deadline != 0 && MonotonicMicroseconds() >= deadline) {
       Log(LOG_WARNING, "Killing process because %d seconds timeout expired", timeLimit);
       child.KillAndAbandon();
-      return;
+      return false;
     }
     // select(), not poll(): tests tell "waiting for a key" by the main thread sleeping in
     // poll, and a wait for a child is not that.
-    Readable ready = WaitReadable({out.Fd(), err.Fd(), signalFd}, kPollMilliseconds);
+    Readable ready = WaitReadable({out.Fd(), err.Fd(), signalFd, stopFd}, kPollMilliseconds);
     if (ready[0]) out.ReadAvailable();
     if (ready[1]) err.ReadAvailable();
     if (ready[2] && TakeSignalDuringWait()) {
       child.KillAndReap();
       std::exit(0);
     }
+    if (ready[3]) return true;
   }
 }
 
@@ -255,10 +259,9 @@ class ShellArguments {
   std::vector<const char*> pointers_;
 };
 
-}  // namespace
-
-int RunCommand(const char* path, const char* const argv[], char* out, int* outLength, char* err,
-               int* errLength, const char* input, int inputLength, int timeLimit) {
+// RunCommand, with a stop descriptor for RunCommandUntil (-1 = none).
+int Run(const char* path, const char* const argv[], char* out, int* outLength, char* err, int* errLength,
+        const char* input, int inputLength, int timeLimit, int stopFd) {
   Pipe in;
   Pipe outPipe;
   Pipe errPipe;
@@ -287,7 +290,8 @@ int RunCommand(const char* path, const char* const argv[], char* out, int* outLe
   OutputStream outStream(std::move(outPipe.read), out, outLength);
   OutputStream errStream(std::move(errPipe.read), err, errLength);
   int status = -1;
-  WaitAndRead(child, timeLimit, outStream, errStream, status);
+  if (WaitAndRead(child, timeLimit, outStream, errStream, status, stopFd))
+    return -1;  // `child` kills and reaps
   outStream.Finish();
   errStream.Finish();
 
@@ -296,6 +300,17 @@ int RunCommand(const char* path, const char* const argv[], char* out, int* outLe
     return -1;
   }
   return (status >> 8) & 0xff;
+}
+
+}  // namespace
+
+int RunCommand(const char* path, const char* const argv[], char* out, int* outLength, char* err,
+               int* errLength, const char* input, int inputLength, int timeLimit) {
+  return Run(path, argv, out, outLength, err, errLength, input, inputLength, timeLimit, -1);
+}
+
+int RunCommandUntil(const char* path, const char* const argv[], int stopFd) {
+  return Run(path, argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0, stopFd);
 }
 
 int RunShell(const char* command) {

@@ -26,6 +26,12 @@ int RunCommand(const char* path, const char* const argv[], char* out = nullptr, 
                char* err = nullptr, int* errLength = nullptr, const char* input = nullptr,
                int inputLength = 0, int timeLimit = 0);
 
+// Runs `path` as RunCommand does, without captured output (it is read and dropped while
+// the child runs), input or time limit, and also watches `stopFd` while waiting: once it is
+// readable (or its other end is closed) the child is killed and reaped and the call returns
+// -1 at once. For worker threads whose owner must be able to end a run at any moment.
+int RunCommandUntil(const char* path, const char* const argv[], int stopFd);
+
 // RunCommand("/bin/sh", {"sh", "-c", command}): no outputs, no input, no time limit.
 // Absolute host paths inside `command` are the caller's to resolve with HostPath; bare
 // command names are found on the child's PATH (the simulated root's folders when

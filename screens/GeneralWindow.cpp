@@ -13,6 +13,7 @@
 #include "host/Log.h"
 #include "network/NetworkWindow.h"
 #include "network/RestartNetworkDialog.h"
+#include "network/TestDialog.h"
 #include "ops/KeyboardDialog.h"
 #include "ops/QalCmd.h"
 #include "ops/RestoreDialog.h"
@@ -132,7 +133,7 @@ const GeneralWindow::KindInfo& GeneralWindow::InfoFor(int kind) {
       {kLockdown, kFooterLockdown, 0, &GeneralWindow::LockdownPane, &GeneralWindow::OpenLockdown},
       {kNetwork, kFooterMore, 0, &GeneralWindow::NetworkPane, &GeneralWindow::OpenNetwork},
       {kRestartNetwork, kFooterRestart, 24, nullptr, &GeneralWindow::OpenRestartNetwork},
-      {kTestNetwork, kFooterRunTest, 25, nullptr, nullptr},
+      {kTestNetwork, kFooterRunTest, 25, nullptr, &GeneralWindow::OpenTestNetwork},
       {kRestoreNetwork, kFooterRestart, 26, nullptr, nullptr},
       {kSupport, kFooterLogOut, 0, &GeneralWindow::SupportPane, nullptr},
       {kLogs, kFooterLogOut, 0, &GeneralWindow::LogsPane, nullptr},
@@ -267,6 +268,8 @@ void GeneralWindow::OpenRestartNetwork() {
     MessageDialog(this, kRestartErrorTitleId, kInterfaceFailedId).RunModal();
   }
 }
+
+void GeneralWindow::OpenTestNetwork() { TestDialog(this).RunModal(); }
 
 void GeneralWindow::OpenTroubleshooting() { TroubleShootingWindow(this).RunModal(); }
 

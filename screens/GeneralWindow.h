@@ -66,6 +66,7 @@ class GeneralWindow : public RootWindow {
   void OpenLockdown();
   void OpenNetwork();
   void OpenRestartNetwork();
+  void OpenTestNetwork();
   void OpenTroubleshooting();
   void OpenReset();
   void OpenKeyboard();

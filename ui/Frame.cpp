@@ -82,7 +82,7 @@ int Frame::RunModal() {
   return result;
 }
 
-int Frame::GetKey(bool idleTimeout) {
+int Frame::GetKey(bool idleTimeout, int wakeFd) {
   Runtime& runtime = Runtime::Get();
   const Clock& clock = runtime.Clock();
   const unsigned timeout = runtime.session.idleTimeout;
@@ -108,10 +108,10 @@ int Frame::GetKey(bool idleTimeout) {
     int result;
     if (dimmed) {
       timeval span = Until(idleDeadline, now);
-      result = WaitForInput(timeoutApplies ? &span : nullptr);
+      result = WaitForInput(timeoutApplies ? &span : nullptr, wakeFd);
     } else {
       timeval span = Until(dimDeadline, now);
-      result = WaitForInput(&span);
+      result = WaitForInput(&span, wakeFd);
     }
 
     if (result >= 0 && result != KEY_RESIZE) {
@@ -123,6 +123,12 @@ int Frame::GetKey(bool idleTimeout) {
       return result;  // the key that ends dimming is delivered too
     }
     switch (result) {
+      case kWaitWoken:
+        if (dimmed) {  // the next GetKey starts undimmed: bring the screen back first
+          SetActive(true);
+          Update();
+        }
+        return kWoken;
       case kWaitSigUsr1:
         if (runtime.topFrame) runtime.topFrame->Notification();
         CheckSmartCard();

@@ -31,7 +31,10 @@ class Frame : public Window {
   // is not 0, throws KonuTimeout after max(time-out, 60) s without a key. Signals: SIGUSR1 runs the top
   // frame's Notification and the smart-card check; SIGUSR2 exits (or, in a session, sets
   // the deferred exit); a resize or a termination signal exits with status 0.
-  int GetKey(bool idleTimeout);
+  // With a `wakeFd` other than -1, also returns kWoken as soon as that descriptor is
+  // readable (it is not read), so a screen can show a worker's progress between keys.
+  int GetKey(bool idleTimeout, int wakeFd = -1);
+  static constexpr int kWoken = -1;
 
   Frame* Owner() const { return owner_; }
   // The English string table (null only if it could not be created).

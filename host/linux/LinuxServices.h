@@ -128,6 +128,7 @@ class LinuxDnsConfig : public Network::DnsConfig {
   void SetSearchDomainsString(const std::string&) override { ThrowNotSupported(); }
   void AddSearchDomain(const std::string&) override { ThrowNotSupported(); }
   void SaveConfig() override { ThrowNotSupported(); }
+  bool ResolveHostname(const std::string& name, const std::atomic<bool>& stop) override;
 
  private:
   LinuxFiles files_;

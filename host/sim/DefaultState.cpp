@@ -127,7 +127,12 @@ nlohmann::json DefaultHostState() {
       "ipv6Lease": {"addresses": [{"address": "2001:db8:10::77", "prefixLength": 128}],
                     "nameServers": ["2001:db8:10::2"]}
     },
-    "reachable": ["10.0.0.1", "10.0.0.2", "10.0.0.3", "10.0.0.5", "2001:db8:10::1", "127.0.0.1"]
+    "reachable": ["10.0.0.1", "10.0.0.2", "10.0.0.3", "10.0.0.5", "2001:db8:10::1", "127.0.0.1"],
+    "dnsRecords": {
+      "10.0.0.2": {"konu-host.example.test": "10.0.0.5", "gateway.example.test": "10.0.0.1"},
+      "10.0.0.3": {"konu-host.example.test": "10.0.0.5", "gateway.example.test": "10.0.0.1"},
+      "2001:db8:10::2": {"konu-host.example.test": "2001:db8:10::5"}
+    }
   },
   "vms": [
     {"id": 1, "name": "build-agent-01", "powerState": "poweredOn", "autostart": true,

@@ -48,7 +48,10 @@ namespace Konu::Sim {
 //       {available, lease {address, netmask, gateway, nameServers []},
 //        ipv6Lease {addresses [{address, prefixLength}], nameServers []}}
 //       available=false: a DHCP interface gets 0.0.0.0
-//   /network/reachable                      addresses answering nukping (texts)
+//   /network/reachable                      addresses answering nukping and DNS queries (texts)
+//   /network/dnsRecords/<server>/<name>     the names a name server knows, each with its address;
+//                                           a name resolves when it is in etc/hosts or a reachable
+//                                           configured server knows it (management interface up)
 //
 //   /vms                                    [{id, name, powerState "poweredOn"|"poweredOff",
 //                                            autostart (stopped by the auto-start manager),

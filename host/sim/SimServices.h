@@ -65,6 +65,7 @@ class SimDnsConfig : public Network::DnsConfig {
   void SetSearchDomainsString(const std::string& domains) override;
   void AddSearchDomain(const std::string& domain) override;
   void SaveConfig() override;
+  bool ResolveHostname(const std::string& name, const std::atomic<bool>& stop) override;
 
  private:
   std::string Dns() const { return "/network/dns/" + PointerKey(stack_); }

@@ -202,6 +202,7 @@ TEST_F(Menu, EnterOpensTheEntriesScreensAndARestartWithoutInterfaceShowsTheError
   for (const Opened& opened : {Opened{"Configure Password", "Old Password:"},
                                Opened{"Configure Management Network", "Network Adapters"},
                                Opened{"Restart Management Network", "Restart management network now?"},
+                               Opened{"Test Management Network", "attempt to ping your default"},
                                Opened{"Configure Keyboard", "If you are having difficulty"},
                                Opened{"Troubleshooting Options", "Modify KONU idle timeout"},
                                Opened{"Reset System Configuration", "Reset System Configuration: Confirm"}}) {

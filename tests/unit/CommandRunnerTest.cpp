@@ -15,6 +15,7 @@
 #include <thread>
 
 #include "ops/CommandRunner.h"
+#include "ops/UniqueFd.h"
 #include "tests/unit/OpsTestSupport.h"
 
 namespace Konu {
@@ -287,6 +288,27 @@ TEST(RunShell, RunsTheLineThroughShAndGivesItsCode) {
   std::string marker = dir / "marker";
   EXPECT_EQ(RunShell(("echo ran > " + marker + "; exit 9").c_str()), 9);
   EXPECT_EQ(OpsTest::ReadFile(marker), "ran\n");
+}
+
+TEST(RunCommandUntil, GivesTheExitCodeOfATalkativeChild) {
+  Pipe stop;
+  ASSERT_TRUE(stop.Open());
+  // More output than a pipe holds: it is read and dropped while the child runs.
+  const char* argv[] = {"sh", "-c", "head -c 300000 /dev/zero; head -c 300000 /dev/zero >&2; exit 7",
+                        nullptr};
+  EXPECT_EQ(RunCommandUntil("/bin/sh", argv, stop.read.Get()), 7);
+}
+
+TEST(RunCommandUntil, AStopEndsTheChildAndReapsIt) {
+  CapturedLog log;
+  Pipe stop;
+  ASSERT_TRUE(stop.Open());
+  ASSERT_EQ(write(stop.write.Get(), "s", 1), 1);
+  const char* argv[] = {"sleep", "30", nullptr};
+  auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(RunCommandUntil("/bin/sleep", argv, stop.read.Get()), -1);
+  EXPECT_LT(SecondsSince(start), 10.0);  // not the 30 s of the child
+  EXPECT_EQ(WaitForZombie(std::chrono::milliseconds(100)).si_pid, 0);
 }
 
 }  // namespace

@@ -1,0 +1,30 @@
+// The hosts file set aside while the network test resolves a name, so that the answer must
+// come from DNS: backed up, stripped of the host's own names, and put back when the guard goes.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Konu {
+
+class HostsFileGuard {
+ public:
+  // Copies "/etc/hosts" to "/etc/hosts.backup", then takes `names` (compared without regard
+  // to case) out of "/etc/hosts"; a line left without a name goes. A failed backup is logged
+  // ("failed to backup /etc/hosts: %s") and leaves "/etc/hosts" as it is.
+  explicit HostsFileGuard(const std::vector<std::string>& names);
+  // Copies the backup back over "/etc/hosts" when one was made; a failure is logged
+  // ("failed to restore /etc/hosts: %s").
+  ~HostsFileGuard();
+
+  HostsFileGuard(const HostsFileGuard&) = delete;
+  HostsFileGuard& operator=(const HostsFileGuard&) = delete;
+
+  // The hosts file's text without `names` (exposed for its own test).
+  static std::string WithoutNames(const std::string& text, const std::vector<std::string>& names);
+
+ private:
+  bool backedUp_ = false;
+};
+
+}  // namespace Konu
