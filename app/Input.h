@@ -7,11 +7,11 @@ namespace Konu {
 
 // Results of WaitForInput besides a key code (>= 0).
 enum WaitResult {
-  kWaitError = -1,     // poll error or an unknown signal byte
-  kWaitTimeout = -2,   // the limit expired
-  kWaitSigUsr1 = -3,   // signal byte 1
-  kWaitSigUsr2 = -4,   // signal byte 2
-  kWaitSigWinch = -5,  // signal byte 3
+  kWaitError = -1,      // poll error or an unknown signal byte
+  kWaitTimeout = -2,    // the limit expired
+  kWaitSigUsr1 = -3,    // signal byte 1
+  kWaitSigUsr2 = -4,    // signal byte 2
+  kWaitSigWinch = -5,   // signal byte 3
   kWaitTerminate = -6,  // signal byte 4 (SIGINT, SIGQUIT, SIGTERM)
   kWaitWoken = -7       // the caller's wake descriptor became readable
 };

@@ -56,10 +56,10 @@ int AdvCfg(ToolRun& run) {
   const std::string& option = parsed.option;
   const bool quiet = parsed.quiet, get = parsed.get, set = parsed.set;
   LinuxOptions options = Options(run);
-  const HostCtl::Linux::OptionSpec* spec = HostCtl::Linux::FindOptionSpec(option);
-  if (!spec) return run.Fail("Option " + option + " not found");
+  const HostCtl::Linux::OptionSpec* definition = HostCtl::Linux::FindOptionSpec(option);
+  if (!definition) return run.Fail("Option " + option + " not found");
   if (set) {
-    std::string error = options.Set(option, parsed.value, spec->integer);
+    std::string error = options.Set(option, parsed.value, definition->integer);
     if (!error.empty()) return run.Fail(error);
     Changed(run, option);
   }
@@ -77,11 +77,12 @@ int OptionCli(ToolRun& run) {
     return run.Fail("Error: Unknown command or namespace. Usage: " + run.Name() + OptionCliArguments::kUsage);
   const std::string& option = parsed.option;
   LinuxOptions options = Options(run);
-  const HostCtl::Linux::OptionSpec* spec = HostCtl::Linux::FindOptionSpec(option);
-  if (!spec) return run.Fail("Error: Option " + option + " not found");
+  const HostCtl::Linux::OptionSpec* definition = HostCtl::Linux::FindOptionSpec(option);
+  if (!definition) return run.Fail("Error: Option " + option + " not found");
   if (parsed.list) {
     printf("   Path: %s\n   Type: %s\n   Value: %s\n   Description: %s\n", option.c_str(),
-           spec->integer ? "integer" : "string", options.Get(option).value_or("").c_str(), spec->description);
+           definition->integer ? "integer" : "string", options.Get(option).value_or("").c_str(),
+           definition->description);
     return 0;
   }
   std::string error =

@@ -58,8 +58,8 @@ const std::vector<OptionSpec>& OptionSpecs() {
 }
 
 const OptionSpec* FindOptionSpec(const std::string& path) {
-  for (const OptionSpec& spec : OptionSpecs())
-    if (path == spec.path) return &spec;
+  for (const OptionSpec& option : OptionSpecs())
+    if (path == option.path) return &option;
   return nullptr;
 }
 
@@ -81,32 +81,32 @@ std::map<std::string, std::string> LinuxOptions::Load() const {
 }
 
 std::optional<std::string> LinuxOptions::Get(const std::string& path) const {
-  const OptionSpec* spec = FindOptionSpec(path);
-  if (!spec) return std::nullopt;
+  const OptionSpec* option = FindOptionSpec(path);
+  if (!option) return std::nullopt;
   auto values = Load();
   auto it = values.find(path);
-  return it == values.end() ? std::string(spec->defaultValue) : it->second;
+  return it == values.end() ? std::string(option->defaultValue) : it->second;
 }
 
 std::optional<int64_t> LinuxOptions::GetInteger(const std::string& path) const {
-  const OptionSpec* spec = FindOptionSpec(path);
+  const OptionSpec* option = FindOptionSpec(path);
   auto text = Get(path);
   int64_t value = 0;
-  if (!spec || !spec->integer || !text || !ParseInteger(*text, &value)) return std::nullopt;
+  if (!option || !option->integer || !text || !ParseInteger(*text, &value)) return std::nullopt;
   return value;
 }
 
 std::string LinuxOptions::Set(const std::string& path, const std::string& text, bool asInteger) {
-  const OptionSpec* spec = FindOptionSpec(path);
-  if (!spec) return "Option " + path + " not found";
-  if (asInteger != spec->integer)
-    return "Option " + path + " is of type " + (spec->integer ? "integer; use -i" : "string; use -s");
-  if (spec->integer) {
+  const OptionSpec* option = FindOptionSpec(path);
+  if (!option) return "Option " + path + " not found";
+  if (asInteger != option->integer)
+    return "Option " + path + " is of type " + (option->integer ? "integer; use -i" : "string; use -s");
+  if (option->integer) {
     int64_t value = 0;
     if (!ParseInteger(text, &value)) return "Invalid integer value '" + text + "' for option " + path;
-    if (value < spec->min || value > spec->max)
+    if (value < option->min || value > option->max)
       return "Invalid value " + text + " for option " + path + ": must be between " +
-             std::to_string(spec->min) + " and " + std::to_string(spec->max);
+             std::to_string(option->min) + " and " + std::to_string(option->max);
   }
   if (text.find('\n') != std::string::npos) return "Invalid value for option " + path + ": no line breaks";
   std::error_code ignored;  // a folder that cannot be made fails at the lock below

@@ -102,14 +102,15 @@ void LinuxSystemInfo::SetKeyboardLayout(const std::string& layout) {
 }
 
 std::unique_ptr<Adv::AdvancedOption> LinuxAdvancedOptions::FindOption(const std::string& path) const {
-  const OptionSpec* spec = FindOptionSpec(path);
+  const OptionSpec* option = FindOptionSpec(path);
   auto value = options_.Get(path);
-  if (!spec || !value) return nullptr;
-  if (!spec->integer) return std::make_unique<Adv::AdvancedStringOption>(path, *value, spec->defaultValue);
+  if (!option || !value) return nullptr;
+  if (!option->integer)
+    return std::make_unique<Adv::AdvancedStringOption>(path, *value, option->defaultValue);
   auto number = options_.GetInteger(path);
-  int64_t fallback = std::strtoll(spec->defaultValue, nullptr, 10);
-  return std::make_unique<Adv::AdvancedIntegerOption>(path, number.value_or(fallback), fallback, spec->min,
-                                                      spec->max);
+  int64_t fallback = std::strtoll(option->defaultValue, nullptr, 10);
+  return std::make_unique<Adv::AdvancedIntegerOption>(path, number.value_or(fallback), fallback, option->min,
+                                                      option->max);
 }
 
 void LinuxAdvancedOptions::SetIntegerValue(const std::string& path, int64_t value) {
