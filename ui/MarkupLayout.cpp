@@ -146,7 +146,8 @@ class Layouter {
         out_[lastSpace_] = '\n';
         if (mode_ == Mode::kRight) out_.insert(alignStart_, static_cast<size_t>(wordLen_), ' ');
         if (mode_ == Mode::kCenter) out_.insert(alignStart_, static_cast<size_t>(wordLen_ / 2), ' ');
-        free_ = width_ + 1 - wordLen_;
+        // The new line already holds the carried word.
+        free_ = width_ - wordLen_;
       } else {
         // No whitespace on the line: the word is broken hard.
         out_.push_back('\n');

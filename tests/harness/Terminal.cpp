@@ -42,8 +42,8 @@ Terminal::Impl::Impl(int rowCount, int colCount) : rows(rowCount), cols(colCount
   vterm_set_utf8(vt, 1);
   vterm_output_set_callback(vt, &Impl::OnOutput, this);
   screen = vterm_obtain_screen(vt);
-  static const VTermScreenCallbacks callbacks = {
-      nullptr, nullptr, nullptr, &Impl::OnTermProp, &Impl::OnBell, nullptr, nullptr, nullptr};
+  static const VTermScreenCallbacks callbacks = {nullptr,       nullptr, nullptr, &Impl::OnTermProp,
+                                                 &Impl::OnBell, nullptr, nullptr, nullptr};
   vterm_screen_set_callbacks(screen, &callbacks, this);
   // Full-screen programs switch to the alternate screen and back, as on xterm.
   vterm_screen_enable_altscreen(screen, 1);
@@ -202,7 +202,7 @@ bool Terminal::WaitFor(const std::function<bool()>& condition, int timeoutMs) {
 
 bool Terminal::WaitUntilPolling(int timeoutMs) {
   const std::string wchan = "/proc/" + std::to_string(Pid()) + "/wchan";
-  return WaitFor(
+  const bool polling = WaitFor(
       [&] {
         std::ifstream in(wchan);
         std::string where;
@@ -210,6 +210,10 @@ bool Terminal::WaitUntilPolling(int timeoutMs) {
         return where.find("poll") != std::string::npos;
       },
       timeoutMs);
+  // What the program drew just before it went to wait may have come after the last read:
+  // take it in, so the screen is the one the program waits on.
+  if (polling) impl_->Drain();
+  return polling;
 }
 
 bool Terminal::WaitForText(std::string_view text, int timeoutMs) {

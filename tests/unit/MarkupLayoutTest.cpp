@@ -62,22 +62,22 @@ TEST(MarkupLayout, PaddingMakesAFieldOfExactlyThatWidth) {
 
 TEST(MarkupLayout, AWordLongerThanTheWidthIsBrokenHard) {
   EXPECT_EQ(Lay(4, "abcdefghij"), "abcd\nefgh\nij");
-  EXPECT_EQ(Lay(4, "ab cdefghij"), "ab\ncdefg\nhij");
+  EXPECT_EQ(Lay(4, "ab cdefghij"), "ab\ncdef\nghij");
 }
 
 TEST(MarkupLayout, WordsWrapAtTheLastWhitespace) {
   EXPECT_EQ(Lay(4, "abcd efgh"), "abcd\nefgh");  // whitespace at a full line is the break
   EXPECT_EQ(Lay(4, "abcd\nef"), "abcd\nef");     // one newline only
   EXPECT_EQ(Lay(10, "ab\n\ncd"), "ab\n\ncd");
-  // The carried word leaves the new line one column more than the width: the wrapped
-  // line "world again" is 11 wide in 10 columns, as screens have always shown it.
-  EXPECT_EQ(Lay(10, "hello world again"), "hello\nworld again");
+  // A carried word counts on its new line: "world again" (11) does not fit in 10 columns.
+  EXPECT_EQ(Lay(10, "hello world again"), "hello\nworld\nagain");
+  EXPECT_EQ(Lay(11, "hello world again"), "hello world\nagain");
 }
 
 TEST(MarkupLayout, AWrapInsideARightAlignmentShiftsThePartBeforeTheBreak) {
   // "ab cd" fills the line; at "e" the word "cd" moves down, two spaces (its length) go in
   // front of "ab", and the alignment goes on from "e", after the carried word.
-  EXPECT_EQ(Lay(5, "{align:right}ab cde{/align}"), "  ab\ncd   e");
+  EXPECT_EQ(Lay(5, "{align:right}ab cde{/align}"), "  ab\ncd  e");
 }
 
 TEST(MarkupLayout, RecordedIndexesAreNotMovedByLaterInsertions) {
