@@ -85,8 +85,11 @@ void SimHostFixture::LogIn(Terminal& term, const char* key) {
 }
 
 void SimHostFixture::MenuDownTo(Terminal& term, const std::string& footer) {
-  for (int moves = 0; moves < 20 && !term.WaitForText(footer, 0); ++moves) {
+  // Each move is judged on the whole pane: the list changes before the pane is drawn, so
+  // the check waits until the console reads keys again.
+  for (int moves = 0; moves < 20; ++moves) {
     ASSERT_TRUE(term.WaitUntilPolling());
+    if (term.WaitForText(footer, 0)) break;
     const std::string before = term.Screen();
     term.Press("Down");
     term.WaitFor([&] { return term.Screen() != before; }, 1000);
