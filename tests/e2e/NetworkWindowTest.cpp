@@ -538,6 +538,28 @@ TEST_F(NetworkAddresses, UnchangedDialogsAndIpv6ToggledBackAskNothing) {
   EXPECT_FALSE(Contains(Syslog(), "Setting ")) << Syslog();
 }
 
+// The IPv6 default gateway step, reached only through the IPv6 dialog: its failure is shown
+// and the DNS step still runs (the faults table above covers every other step).
+TEST_F(NetworkAddresses, AFailingIpv6GatewayStepIsReportedAndTheNextStepRuns) {
+  SetState("/faults/operations/RoutingInfo.SetIpv6NuKernelDefaultGateway", "boom");
+  Terminal term(24, 80);
+  Open(term);
+  const char* ipv6Static = "Set static IPv6 address and network configuration";
+  Edit(term, 3, "IPv6 Configuration", ipv6Static);
+  Fill(term, ipv6Static, {"Down", "Down", "Down", "Down", "Down", "2001:db8:10::2"});  // to the last field
+  Edit(term, 2, "Custom DNS Suffixes", "Suffixes:");
+  Fill(term, "Suffixes:", {"x.test"});
+  Leave(term, "Apply changes and restart management network?", "y");
+  Ready(term, "Setting default ipv6 gateway failed: boom");
+  EXPECT_TRUE(Contains(term.Screen(), "Enable Management Network: Error")) << term.Screen();
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
+  FinishDialogChild(term, 1);
+  ExpectLogOrder({"Setting default ipv6 gateway to 2001:db8:10::2",
+                  "Setting default ipv6 gateway failed: boom", "Setting suffixes to x.test",
+                  "Network settings changed."});
+}
+
 // DHCP takes the simulated server's lease; without a server the address is 0.0.0.0 and the
 // welcome screen warns.
 TEST_F(NetworkAddresses, SwitchingToDhcpTakesTheLease) { SwitchToDhcp(true, "10.0.0.77", "10.0.0.77"); }
