@@ -212,8 +212,6 @@ bool WaitAndRead(ChildProcess& child, int timeLimit, OutputStream& out, OutputSt
       child.KillAndAbandon();
       return false;
     }
-    // select(), not poll(): tests tell "waiting for a key" by the main thread sleeping in
-    // poll, and a wait for a child is not that.
     Readable ready = WaitReadable({out.Fd(), err.Fd(), signalFd, stopFd}, kPollMilliseconds);
     if (ready[0]) out.ReadAvailable();
     if (ready[1]) err.ReadAvailable();

@@ -201,13 +201,19 @@ bool Terminal::WaitFor(const std::function<bool()>& condition, int timeoutMs) {
 }
 
 bool Terminal::WaitUntilPolling(int timeoutMs) {
-  const std::string wchan = "/proc/" + std::to_string(Pid()) + "/wchan";
+  const std::string task = "/proc/" + std::to_string(Pid()) + "/task/" + std::to_string(Pid());
   const bool polling = WaitFor(
       [&] {
-        std::ifstream in(wchan);
+        std::ifstream in(task + "/wchan");
         std::string where;
         std::getline(in, where);
-        return where.find("poll") != std::string::npos;
+        if (where.find("poll") == std::string::npos) return false;
+        // poll() and select() sleep alike, and the command runner waits for a tool in
+        // select(): the main thread reads keys only while it has no child of its own.
+        std::ifstream childrenFile(task + "/children");
+        std::string children;
+        std::getline(childrenFile, children);
+        return children.find_first_not_of(' ') == std::string::npos;
       },
       timeoutMs);
   // What the program drew just before it went to wait may have come after the last read:
