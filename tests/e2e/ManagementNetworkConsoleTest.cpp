@@ -16,14 +16,8 @@ class ManagementNetworkConsole : public SimHostFixture {
  protected:
   void OpenMenu(Terminal& term) {
     StartKonu(term);
-    ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
-    term.Press("F2");
-    ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
-    term.Press("Enter");
-    term.Type("konu");
-    term.Press("Enter");
+    Ready(term, ProductLine());
+    ASSERT_NO_FATAL_FAILURE(LogIn(term, "F2"));
     Ready(term, kMenuTitle);
   }
 
