@@ -1,18 +1,14 @@
 // "Warning: VMs running on the host": confirms taking the host or its network down while
-// virtual machines run.
+// virtual machines run. Enter returns 1, Esc 0.
 #pragma once
 
-#include "ui/Dialog.h"
+#include "ui/ConfirmDialog.h"
 
 namespace Konu {
 
-class RunningVMsWarningDialog : public Dialog {
+class RunningVMsWarningDialog : public ConfirmDialog {
  public:
   explicit RunningVMsWarningDialog(Frame* owner);
-  ~RunningVMsWarningDialog() override;
-
-  // Enter returns 1 (confirmed), Esc 0; other keys are ignored.
-  int EventLoop() override;
 };
 
 }  // namespace Konu

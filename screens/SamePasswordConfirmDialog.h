@@ -1,15 +1,14 @@
-// The warning before a password is "changed" to the password it already is.
+// The warning before a password is "changed" to the password it already is: 1 on Enter
+// (change anyway), 0 on Esc.
 #pragma once
 
-#include "ui/Dialog.h"
+#include "ui/ConfirmDialog.h"
 
 namespace Konu {
 
-class SamePasswordConfirmDialog : public Dialog {
+class SamePasswordConfirmDialog : public ConfirmDialog {
  public:
   explicit SamePasswordConfirmDialog(Frame* owner);
-  // 1 on Enter (change anyway), 0 on Esc.
-  int EventLoop() override;
 };
 
 }  // namespace Konu
