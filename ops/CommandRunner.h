@@ -33,8 +33,8 @@ int RunCommand(const char* path, const char* const argv[], char* out = nullptr, 
 int RunCommandUntil(const char* path, const char* const argv[], int stopFd);
 
 // RunCommand("/bin/sh", {"sh", "-c", command}): no outputs, no input, no time limit.
-// Absolute host paths inside `command` are the caller's to resolve with HostPath; bare
-// command names are found on the child's PATH (the simulated root's folders when
+// Absolute host paths inside `command` are placed on this machine as the program's own path
+// is; bare command names are found on the child's PATH (the simulated root's folders when
 // simulated).
 int RunShell(const char* command);
 

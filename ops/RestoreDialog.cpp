@@ -4,8 +4,6 @@
 #include <curses.h>
 #include <syslog.h>
 
-#include <string>
-
 #include "host/Log.h"
 #include "ops/CommandRunner.h"
 #include "ops/Events.h"
@@ -28,8 +26,7 @@ constexpr const char* kFooterConfirm =
     "{color:dark-grey}Cancel{/color}{/align}";
 constexpr const char* kFooterRestart =
     "{align:right}{color:black}<Enter>{/color} {color:dark-grey}Restart Host{/color}{/align}";
-constexpr const char* kResetScript = "/sbin/firmwareConfig.py";
-constexpr const char* kResetArguments = " --reset-only > /dev/null 2>&1";
+constexpr const char* kReset = "/sbin/firmwareConfig.py --reset-only > /dev/null 2>&1";
 }  // namespace
 
 RestoreDialog::RestoreDialog(Frame* owner) : Dialog(owner, kWidth, kHeight, kHeaderHeight) {
@@ -56,9 +53,8 @@ int RestoreDialog::EventLoop() {
   SetText(GetString(kPleaseWait));
   Update();
   // The runner places the script's host path on this machine, as it does every program's.
-  const std::string reset = std::string(kResetScript) + kResetArguments;
   // A failed reset may leave the host half reset; nothing is rolled back or shown.
-  if (RunShell(reset.c_str()) != 0) return 0;
+  if (RunShell(kReset) != 0) return 0;
 
   label_->SetText("");
   SetFooter(kFooterRestart);
