@@ -11,6 +11,11 @@ inline constexpr const char* kFooterOkCancel =
     "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
     "{color:dark-grey}Cancel{/color}{/align}";
 
+// Disruptive actions: F11, not Enter, goes ahead (Enter is too easily pressed on a host in use).
+inline constexpr const char* kFooterF11OkCancel =
+    "{align:right}{color:black}<F11>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
+    "{color:dark-grey}Cancel{/color}{/align}";
+
 // Questions answered with Y or N, or left with Esc.
 inline constexpr const char* kFooterYesNoCancel =
     "{color:black}<Y>{/color} {color:dark-grey}Yes{/color}  {color:black}<N>{/color} "
