@@ -45,18 +45,18 @@ std::string PutManagementOnDvs(Json& state, const std::string& dvsName, const st
   Json portUplinks = uplinks;
   if (teaming.value("explicitOrder", false)) {
     portUplinks = teaming.value("activeUplinks", Json::array());
-    for (const Json& nicUplink : teaming.value("standbyUplinks", Json::array())) portUplinks.push_back(nicUplink);
+    for (const Json& nicUplink : teaming.value("standbyUplinks", Json::array()))
+      portUplinks.push_back(nicUplink);
   }
-  dvSwitches[dvsName] = {
-      {"vendor", vendor},
-      {"uplinks", uplinks},
-      {"ports",
-       {{kPortKey,
-         {{"vlanId", group.value("vlanId", 0)},
-          {"uplinks", portUplinks},
-          {"blocked", false},
-          {"hostLocal", false},
-          {"mtu", 1500}}}}}};
+  dvSwitches[dvsName] = {{"vendor", vendor},
+                         {"uplinks", uplinks},
+                         {"ports",
+                          {{kPortKey,
+                            {{"vlanId", group.value("vlanId", 0)},
+                             {"uplinks", portUplinks},
+                             {"blocked", false},
+                             {"hostLocal", false},
+                             {"mtu", 1500}}}}}};
 
   // The standard switch keeps its other port groups, without the uplinks that left.
   sw["uplinks"] = Json::array();

@@ -24,7 +24,8 @@ constexpr int kHeaderHeight = 7;
 constexpr int kTitle = 69;  // "Network Adapters"
 constexpr int kText = 70;  // "Select the adapters for this host's default management network connection. ..."
 constexpr int kUsedTitle = 71;  // "Network Adapters: Warning"
-constexpr int kUsedText = 72;   // "One or more of the selected adapters are already used for other connections."
+constexpr int kUsedText =
+    72;  // "One or more of the selected adapters are already used for other connections."
 constexpr int kUsedQuestion = 73;  // "Remove these adapters from their current connections?"
 constexpr const char* kFooter =
     "{color:black}<D>{/color} {color:dark-grey}View Details{/color}  {color:black}<Space>{/color} "

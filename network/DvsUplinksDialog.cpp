@@ -22,7 +22,8 @@ constexpr int kHeaderHeight = 6;
 constexpr int kTitle = 193;  // "DVS Uplinks"
 constexpr int kText = 194;   // "Select the DVS Uplinks (one or more) to be used by management nuknic"
 constexpr const char* kFooter =
-    "{color:black}<Space>{/color} {color:dark-grey}Toggle Selected{/color}{align:right}{color:black}<Enter>{/color} "
+    "{color:black}<Space>{/color} {color:dark-grey}Toggle "
+    "Selected{/color}{align:right}{color:black}<Enter>{/color} "
     "{color:dark-grey}OK{/color}  {color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
 constexpr int kMarkWidth = 4;  // "[X] " before each row
 

@@ -8,6 +8,8 @@
 #include "app/Runtime.h"
 #include "host/Host.h"
 #include "network/ManagementUplinks.h"
+#include "network/RestoreDvsDialog.h"
+#include "network/RestoreStandardSwitchDialog.h"
 #include "ui/FormKeys.h"
 
 namespace Konu {
@@ -29,9 +31,9 @@ struct Entry {
 };
 
 constexpr Entry kEntries[] = {
-    {63, 66, false, nullptr},  // "Restore Network Settings"
-    {64, 67, true, nullptr},   // "Restore Standard Switch"
-    {65, 68, true, nullptr},   // "Restore DVS"
+    {63, 66, false, nullptr},               // "Restore Network Settings"
+    {64, 67, true, RestoreStandardSwitch},  // "Restore Standard Switch"
+    {65, 68, true, RestoreDvs},             // "Restore DVS"
 };
 
 }  // namespace

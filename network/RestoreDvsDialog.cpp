@@ -21,16 +21,16 @@ using HostCtl::Lib::HostCtlException;
 constexpr int kWidth = 70;
 constexpr int kHeight = 16;
 constexpr int kHeaderHeight = 7;
-constexpr int kTitle = 188;             // "Restore DVS"
-constexpr int kText = 189;              // "Enter the properties for new DVS host local port ..."
-constexpr int kVlanLabel = 46;          // "VLAN (optional)"
-constexpr int kUnblock = 185;           // "Restore to default blocked setting (unblocked) "
-constexpr int kSelectUplinks = 186;     // "Select DVS uplinks"
-constexpr int kInvalidVlanTitle = 88;   // "Invalid VLAN ID"
-constexpr int kInvalidVlan = 187;       // "Please enter a valid VLAN ID (1-4094)."
-constexpr int kErrorTitle = 190;        // "Restore DVS: Error"
-constexpr int kCheckLogs = 191;         // "Unable to restore DVS. Check logs for details."
-constexpr int kOtherVendor = 192;       // "... cannot be performed on 3rd party DVS."
+constexpr int kTitle = 188;              // "Restore DVS"
+constexpr int kText = 189;               // "Enter the properties for new DVS host local port ..."
+constexpr int kVlanLabel = 46;           // "VLAN (optional)"
+constexpr int kUnblock = 185;            // "Restore to default blocked setting (unblocked) "
+constexpr int kSelectUplinks = 186;      // "Select DVS uplinks"
+constexpr int kInvalidVlanTitle = 88;    // "Invalid VLAN ID"
+constexpr int kInvalidVlan = 187;        // "Please enter a valid VLAN ID (1-4094)."
+constexpr int kErrorTitle = 190;         // "Restore DVS: Error"
+constexpr int kCheckLogs = 191;          // "Unable to restore DVS. Check logs for details."
+constexpr int kOtherVendor = 192;        // "... cannot be performed on 3rd party DVS."
 constexpr int kNoneSelectedTitle = 195;  // "DVS Uplinks: Warning"
 constexpr int kNoneSelected = 196;       // "No uplinks were selected."
 constexpr int kContinue = 197;           // "Do you want to continue?"
@@ -134,10 +134,12 @@ void RestoreDvsDialog::Restore(uint16_t vlanId) {
       found_.dvsName.c_str(), found_.port.key.c_str(), nicName.c_str(), static_cast<unsigned>(vlanId),
       Joined(selected_).c_str(), properties.blocked ? "blocked" : "unblocked");
   try {
-    std::unique_ptr<HostCtl::Network::DistributedSwitchInfo> dvs = Runtime::Get().Host().CreateDistributedSwitchInfo();
+    std::unique_ptr<HostCtl::Network::DistributedSwitchInfo> dvs =
+        Runtime::Get().Host().CreateDistributedSwitchInfo();
     const std::string key = dvs->AddHostLocalPort(found_.dvsName, found_.port.key, properties);
     dvs->SetInterfacePort(nicName, found_.dvsName, key);
-    Log(LOG_INFO, "Moved %s to host local port %s of DVS %s", nicName.c_str(), key.c_str(), found_.dvsName.c_str());
+    Log(LOG_INFO, "Moved %s to host local port %s of DVS %s", nicName.c_str(), key.c_str(),
+        found_.dvsName.c_str());
   } catch (const HostCtlException& e) {
     Log(LOG_ERR, "Restore DVS failed: %s", e.what());
     MessageDialog error(this, kErrorTitle, kCheckLogs);

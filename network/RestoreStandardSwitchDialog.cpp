@@ -22,10 +22,10 @@ using HostCtl::Lib::HostCtlException;
 constexpr int kWidth = 70;
 constexpr int kHeight = 12;
 constexpr int kHeaderHeight = 7;
-constexpr int kTitle = 130;       // "Restore Standard Switch"
-constexpr int kText = 131;        // "All management network and associated uplinks can be moved ..."
-constexpr int kQuestion = 132;    // "Move the management network onto a standard switch?"
-constexpr int kErrorTitle = 61;   // "Network Configuration Error"
+constexpr int kTitle = 130;      // "Restore Standard Switch"
+constexpr int kText = 131;       // "All management network and associated uplinks can be moved ..."
+constexpr int kQuestion = 132;   // "Move the management network onto a standard switch?"
+constexpr int kErrorTitle = 61;  // "Network Configuration Error"
 constexpr const char* kPortGroup = "Management Network";
 
 // "vSwitch0", "vSwitch1", ...: the first name no switch has.
@@ -38,6 +38,11 @@ std::string FirstFreeSwitchName(const std::vector<HostCtl::Network::VirtualSwitc
 }
 
 }  // namespace
+
+void RestoreStandardSwitch(Frame* owner) {
+  RestoreStandardSwitchDialog dialog(owner);
+  dialog.RunModal();
+}
 
 RestoreStandardSwitchDialog::RestoreStandardSwitchDialog(Frame* owner)
     : Dialog(owner, kWidth, kHeight, kHeaderHeight) {
@@ -81,7 +86,8 @@ void RestoreStandardSwitchDialog::Restore() {
   std::vector<std::string> serving = found.PortUplinks();
   if (serving.empty()) serving = found.switchUplinks;
   for (const std::string& uplink : serving) {
-    Log(LOG_INFO, "Moving uplink %s from %s to %s", uplink.c_str(), found.dvsName.c_str(), switchName.c_str());
+    Log(LOG_INFO, "Moving uplink %s from %s to %s", uplink.c_str(), found.dvsName.c_str(),
+        switchName.c_str());
     try {
       switches->RemoveDVSwitchUplink(found.dvsName, uplink);
       switches->AddUplink(switchName, uplink);
@@ -91,8 +97,8 @@ void RestoreStandardSwitchDialog::Restore() {
   }
 
   try {
-    Log(LOG_INFO, "Adding port group %s with VLAN %u to %s", kPortGroup, static_cast<unsigned>(found.port.vlanId),
-        switchName.c_str());
+    Log(LOG_INFO, "Adding port group %s with VLAN %u to %s", kPortGroup,
+        static_cast<unsigned>(found.port.vlanId), switchName.c_str());
     switches->AddPortGroup(switchName, kPortGroup, found.port.vlanId);
   } catch (const HostCtlException& e) {
     Fail(std::string("Adding port group ") + kPortGroup + " failed: " + e.what());

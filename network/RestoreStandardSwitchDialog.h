@@ -19,6 +19,9 @@
 
 namespace Konu {
 
+// The menu entry: runs the dialog.
+void RestoreStandardSwitch(Frame* owner);
+
 class RestoreStandardSwitchDialog : public Dialog {
  public:
   explicit RestoreStandardSwitchDialog(Frame* owner);

@@ -26,7 +26,9 @@ constexpr int kFieldWidth = 6;
 
 }  // namespace
 
-bool IsVlanIdKey(int key) { return (key >= '0' && key <= '9') || (IsEditingKey(key) && (key < 32 || key >= 127)); }
+bool IsVlanIdKey(int key) {
+  return (key >= '0' && key <= '9') || (IsEditingKey(key) && (key < 32 || key >= 127));
+}
 
 VlanDialog::VlanDialog(Frame* owner, uint16_t vlanId)
     : Dialog(owner, kWidth, kHeight, kHeaderHeight), vlanId_(vlanId) {

@@ -14,7 +14,10 @@ constexpr int kHeaderHeight = 6;
 }  // namespace
 
 QuestionDialog::QuestionDialog(Frame* owner, uint32_t titleId, uint32_t textId, uint32_t questionId)
-    : Dialog(owner, kWidth, kHeight, kHeaderHeight), titleId_(titleId), textId_(textId), questionId_(questionId) {
+    : Dialog(owner, kWidth, kHeight, kHeaderHeight),
+      titleId_(titleId),
+      textId_(textId),
+      questionId_(questionId) {
   if (Window* content = Content())
     question_ = std::make_unique<TextArea>(content, 0, 0, content->Width(), 1, 7);
 }

@@ -14,7 +14,8 @@ class LinuxDistributedSwitchInfo : public Network::DistributedSwitchInfo {
   Network::DVSwitchPort GetPort(const std::string& dvsName, const std::string&) const override {
     ThrowNoSwitch(dvsName);
   }
-  std::string AddHostLocalPort(const std::string&, const std::string&, const Network::DVSwitchPort&) override {
+  std::string AddHostLocalPort(const std::string&, const std::string&,
+                               const Network::DVSwitchPort&) override {
     ThrowNotSupported();
   }
   void SetInterfacePort(const std::string&, const std::string&, const std::string&) override {

@@ -59,7 +59,8 @@ std::string SimDistributedSwitchInfo::GetVendor(const std::string& dvsName) cons
   return VendorOf(SwitchIn(state_.Read("DistributedSwitchInfo.GetVendor"), dvsName));
 }
 
-Network::DVSwitchPort SimDistributedSwitchInfo::GetPort(const std::string& dvsName, const std::string& portKey) const {
+Network::DVSwitchPort SimDistributedSwitchInfo::GetPort(const std::string& dvsName,
+                                                        const std::string& portKey) const {
   const json state = state_.Read("DistributedSwitchInfo.GetPort");
   const json& port = PortIn(SwitchIn(state, dvsName), dvsName, portKey);
   Network::DVSwitchPort out;
@@ -71,9 +72,11 @@ Network::DVSwitchPort SimDistributedSwitchInfo::GetPort(const std::string& dvsNa
   return out;
 }
 
-std::string SimDistributedSwitchInfo::AddHostLocalPort(const std::string& dvsName, const std::string& cloneFrom,
+std::string SimDistributedSwitchInfo::AddHostLocalPort(const std::string& dvsName,
+                                                       const std::string& cloneFrom,
                                                        const Network::DVSwitchPort& properties) {
-  if (properties.vlanId > 4094) throw Lib::HostCtlException("Invalid VLAN id " + std::to_string(properties.vlanId));
+  if (properties.vlanId > 4094)
+    throw Lib::HostCtlException("Invalid VLAN id " + std::to_string(properties.vlanId));
   std::string key;
   state_.Update("DistributedSwitchInfo.AddHostLocalPort", [&](json& state) {
     json& dvs = SwitchIn(state, dvsName);
@@ -83,7 +86,8 @@ std::string SimDistributedSwitchInfo::AddHostLocalPort(const std::string& dvsNam
     json port = PortIn(dvs, dvsName, cloneFrom);
     const json& hostUplinks = NodeAt(dvs, "/uplinks");
     for (const std::string& nic : properties.uplinks)
-      if (!hostUplinks.is_array() || std::find(hostUplinks.begin(), hostUplinks.end(), json(nic)) == hostUplinks.end())
+      if (!hostUplinks.is_array() ||
+          std::find(hostUplinks.begin(), hostUplinks.end(), json(nic)) == hostUplinks.end())
         throw Lib::HostCtlException("Physical NIC '" + nic + "' is not an uplink of " + dvsName);
     port["vlanId"] = properties.vlanId;
     port["uplinks"] = properties.uplinks;

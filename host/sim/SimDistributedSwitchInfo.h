@@ -16,7 +16,8 @@ class SimDistributedSwitchInfo : public Network::DistributedSwitchInfo {
   Network::DVSwitchPort GetPort(const std::string& dvsName, const std::string& portKey) const override;
   std::string AddHostLocalPort(const std::string& dvsName, const std::string& cloneFrom,
                                const Network::DVSwitchPort& properties) override;
-  void SetInterfacePort(const std::string& nic, const std::string& dvsName, const std::string& portKey) override;
+  void SetInterfacePort(const std::string& nic, const std::string& dvsName,
+                        const std::string& portKey) override;
   std::vector<std::string> GetInterfaceNames() const override;
   void DisableInterface(const std::string& nic) override;
 
