@@ -194,18 +194,22 @@ void MoveTo(Terminal& term, const std::string& entry, const char* key = "Down") 
 }
 
 // Every error box titled `title` in turn: its message's first line, each box closed with
-// Enter. Ends when no further box comes.
+// Enter once its message and footer are drawn. Ends when no further box comes.
 std::vector<std::string> ErrorBoxes(Terminal& term, const std::string& title) {
   std::vector<std::string> messages;
   int row = 0, col = 0;
   while (term.WaitForText(title, 3000) && term.Find(title, &row, &col)) {
-    const std::string shown = term.Region(row, col, 3, 66);
-    std::string message = term.Region(row + 2, col, 1, 66);
-    message.erase(message.find_last_not_of(' ') + 1);
+    std::string message;
+    const bool drawn = term.WaitFor([&] {
+      message = term.Region(row + 2, col, 1, 66);
+      message.erase(message.find_last_not_of(' ') + 1);
+      return !message.empty() && term.Region(row, col, 12, 66).find("<Enter> OK") != std::string::npos;
+    });
     messages.push_back(message);
-    if (!term.WaitUntilPolling()) break;
+    if (!drawn || !term.WaitUntilPolling()) break;
+    const std::string shown = term.Region(row, col, 3, 66);
     term.Press("Enter");
-    term.WaitFor([&] { return term.Region(row, col, 3, 66) != shown; });
+    if (!term.WaitFor([&] { return term.Region(row, col, 3, 66) != shown; })) break;
   }
   return messages;
 }
