@@ -11,6 +11,7 @@
 #include "host/Log.h"
 #include "network/DoRestoreNetworkDialog.h"
 #include "ops/RunningVMsWarningDialog.h"
+#include "ui/Footers.h"
 #include "ui/FormKeys.h"
 
 namespace Konu {
@@ -19,13 +20,9 @@ namespace {
 constexpr int kWidth = 70;
 constexpr int kHeight = 12;
 constexpr int kHeaderHeight = 7;
-constexpr int kTitle = 182;     // "Restore Network Factory Settings"
-constexpr int kText = 183;      // "This option will reset the host network configuration ..."
-constexpr int kQuestion = 184;  // "Are you sure you want to reset the host network configuration?"
-constexpr const char* kFooter =
-    "{align:right}{color:black}<F11>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
-    "{color:dark-grey}Cancel{/color}{/align}";
-
+constexpr int kTitle = 182;  // "Restore Network Factory Settings"
+constexpr int kText = 183;   // "This option will reset the host network configuration ..."
+constexpr int kQuestion = 184;
 // A host that cannot say is taken to run machines: the warning costs one key.
 bool VmsMayRun() {
   try {
@@ -49,7 +46,7 @@ int RestoreNetworkDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(GetString(kText));
   question_->SetText(GetString(kQuestion));
-  SetFooter(kFooter);
+  SetFooter(kFooterF11OkCancel);
   for (;;) {
     const int key = GetKey(true);
     if (key == kKeyEsc) return 0;
