@@ -9,6 +9,7 @@
 #include "host/Host.h"
 #include "network/ManagementUplinks.h"
 #include "network/RestoreDvsDialog.h"
+#include "network/RestoreNetworkDialog.h"
 #include "network/RestoreStandardSwitchDialog.h"
 #include "ui/FormKeys.h"
 
@@ -31,9 +32,10 @@ struct Entry {
 };
 
 constexpr Entry kEntries[] = {
-    {63, 66, false, nullptr},               // "Restore Network Settings"
-    {64, 67, true, RestoreStandardSwitch},  // "Restore Standard Switch"
-    {65, 68, true, RestoreDvs},             // "Restore DVS"
+    {63, 66, false,
+     [](Frame* owner) { RestoreNetworkDialog(owner).RunModal(); }},  // "Restore Network Settings"
+    {64, 67, true, RestoreStandardSwitch},                           // "Restore Standard Switch"
+    {65, 68, true, RestoreDvs},                                      // "Restore DVS"
 };
 
 }  // namespace

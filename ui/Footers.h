@@ -7,13 +7,13 @@ namespace Konu {
 inline constexpr const char* kFooterOk =
     "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}{/align}";
 
-inline constexpr const char* kFooterOkCancel =
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
-    "{color:dark-grey}Cancel{/color}{/align}";
-
-// Disruptive actions: F11, not Enter, goes ahead (Enter is too easily pressed on a host in use).
+// Disruptive actions go ahead with F11 only: Enter is too easily pressed on a host in use.
 inline constexpr const char* kFooterF11OkCancel =
     "{align:right}{color:black}<F11>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
+    "{color:dark-grey}Cancel{/color}{/align}";
+
+inline constexpr const char* kFooterOkCancel =
+    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
     "{color:dark-grey}Cancel{/color}{/align}";
 
 // Questions answered with Y or N, or left with Esc.
