@@ -202,6 +202,13 @@ bool Transition(Terminal& t, std::string_view key, const char* text, std::vector
   if (!t.WaitForText(text, 10000) || !Settle(t)) return false;
   bytes.push_back(static_cast<double>(t.BytesWritten() - start));
   mostWrites.push_back(CellWrites(t).most);
+  if (std::getenv("BENCH_DUMP")) {
+    for (int r = 0; r < t.Rows(); ++r) {
+      std::string line;
+      for (int c = 0; c < t.Cols(); ++c) line += static_cast<char>('0' + std::min(t.CellWrites(r, c), 9));
+      std::printf("%2d %s | %s\n", r, line.c_str(), t.Row(r).c_str());
+    }
+  }
   return true;
 }
 
