@@ -177,6 +177,8 @@ class LinuxSystemInfo : public SystemInfo {
   void SetKeyboardLayout(const std::string& layout) override;
   FirewallRuleset GetFirewallRulesetById(const std::string&) const override { ThrowNotSupported(); }
   void SetFirewallRulesetEnabled(const std::string&, bool) override { ThrowNotSupported(); }
+  // The machine's accounts as PAM sees them (the name service, not files under the root).
+  bool HasAccount(const std::string& name) const override;
 
  private:
   LinuxFiles files_;

@@ -126,6 +126,7 @@ class SimSystemInfo : public SystemInfo {
   void SetKeyboardLayout(const std::string& layout) override;
   FirewallRuleset GetFirewallRulesetById(const std::string& id) const override;
   void SetFirewallRulesetEnabled(const std::string& id, bool enabled) override;
+  bool HasAccount(const std::string& name) const override;
 
  private:
   SimState state_;
