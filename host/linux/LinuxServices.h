@@ -157,12 +157,6 @@ class LinuxHardwareInfo : public HardwareInfo {
   LinuxFiles files_;
 };
 
-// No smart-card reader support on a plain Linux host: no slots.
-class LinuxSmartCardInfo : public SmartCardInfo {
- public:
-  std::vector<SmartCardSlot> GetSlots() const override { return {}; }
-};
-
 class LinuxSystemInfo : public SystemInfo {
  public:
   explicit LinuxSystemInfo(std::string root) : files_(std::move(root)) {}
@@ -227,13 +221,6 @@ class LinuxEventLib : public EventLib {
  private:
   LinuxFiles files_;
   bool open_ = false;
-};
-
-class LinuxAuditLog : public AuditLog {
- public:
-  void CblAudit_VLog(const std::string& record, const std::string& user, const std::string& origin,
-                     int success,
-                     const std::vector<std::pair<std::string, std::string>>& attributes) override;
 };
 
 }  // namespace HostCtl::Linux
