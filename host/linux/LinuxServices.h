@@ -52,6 +52,7 @@ class LinuxNetworkInfo : public Network::NetworkInfo {
   void SetNukIpv6Enabled(bool enabled) override;
   std::vector<Network::Pnic> GetPnics() const override;
   Network::Pnic GetPnic(const std::string& name) const override;
+  void RestoreFactoryNetwork() override { ThrowNotSupported(); }
 
  private:
   LinuxFiles files_;
@@ -171,6 +172,8 @@ class LinuxSystemInfo : public SystemInfo {
   void SetKeyboardLayout(const std::string& layout) override;
   FirewallRuleset GetFirewallRulesetById(const std::string&) const override { ThrowNotSupported(); }
   void SetFirewallRulesetEnabled(const std::string&, bool) override { ThrowNotSupported(); }
+  // Not asked of libvirt here: the console then warns as if machines ran.
+  bool HasRunningVms() const override { ThrowNotSupported(); }
   // The machine's accounts as PAM sees them (the name service, not files under the root).
   bool HasAccount(const std::string& name) const override;
 

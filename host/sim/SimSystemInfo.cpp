@@ -6,6 +6,7 @@
 //   /keyboard/current, /keyboard/layouts
 //   /keyboard/loaded                   the layout whose key map the console loaded last (written here)
 //   /firewall/<rulesetId>/enabled
+//   /vms/*/powerState                  "poweredOn" for a running machine
 //   /users/<name>                      the host's accounts
 #include <algorithm>
 
@@ -85,6 +86,15 @@ bool SimSystemInfo::HasAccount(const std::string& name) const {
   const json state = state_.Read("SystemInfo.HasAccount");
   const json& users = NodeAt(state, "/users");
   return !name.empty() && users.is_object() && users.contains(name);
+}
+
+bool SimSystemInfo::HasRunningVms() const {
+  const nlohmann::json state = state_.Read("SystemInfo.HasRunningVms");
+  const nlohmann::json& vms = NodeAt(state, "/vms");
+  if (!vms.is_array()) return false;
+  return std::any_of(vms.begin(), vms.end(), [](const nlohmann::json& vm) {
+    return ValueAt<std::string>(vm, "/powerState", "") == "poweredOn";
+  });
 }
 
 }  // namespace HostCtl::Sim
