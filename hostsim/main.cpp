@@ -50,6 +50,10 @@ const char* const kHelp =
     "resolves from etc/hosts, or from a server of /network/dns/defaultTcpipStack/nameServers\n"
     "that is reachable and lists the name under /network/dnsRecords/\"SERVER\".\n"
     "\n"
+    "Network restore: the factory restore (\"NetworkInfo.RestoreFactoryNetwork\") leaves\n"
+    "vSwitch0 on the first NIC with a link and the management interface on DHCP; a machine\n"
+    "whose /vms entry is \"poweredOn\" counts as running (\"SystemInfo.HasRunningVms\").\n"
+    "\n"
     "Exit status: 0 done, 1 failed, 2 bad usage, malformed state or unknown pointer.\n";
 
 std::string SelfExe() {
