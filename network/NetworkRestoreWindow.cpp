@@ -32,10 +32,9 @@ struct Entry {
 };
 
 constexpr Entry kEntries[] = {
-    {63, 66, false,
-     [](Frame* owner) { RestoreNetworkDialog(owner).RunModal(); }},  // "Restore Network Settings"
-    {64, 67, true, RestoreStandardSwitch},                           // "Restore Standard Switch"
-    {65, 68, true, RestoreDvs},                                      // "Restore DVS"
+    {63, 66, false, RestoreNetworkSettings},  // "Restore Network Settings"
+    {64, 67, true, RestoreStandardSwitch},    // "Restore Standard Switch"
+    {65, 68, true, RestoreDvs},               // "Restore DVS"
 };
 
 }  // namespace
