@@ -200,6 +200,7 @@ TEST_F(Login, CardPresentOpensThePinFormWithTheCardsLoginIdAndF3Flips) {
 
   term.Press("F3");
   ASSERT_TRUE(term.WaitForText("Login Name:")) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());  // the footer comes after the form
   EXPECT_FALSE(Contains(term.Screen(), "<F3>")) << term.Screen();
   term.Press("F3");
   ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();

@@ -157,6 +157,7 @@ TEST_F(Shutdown, ResetRestoresTheDefaultsAndOnlyEnterRestarts) {
     term.Press("Enter");  // ignored: only F11 goes on
     term.Press("F11");
     ASSERT_TRUE(term.WaitForText("Default settings are restored. Press <Enter> to")) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());  // the footer and the event come after the text
     EXPECT_TRUE(term.WaitForText("<Enter> Restart Host", 0)) << term.Screen();
     EXPECT_FALSE(term.WaitForText("Reset System Configuration now?", 0)) << term.Screen();
     EXPECT_EQ(factory, State("/network/dns/defaultTcpipStack/searchDomains"));
@@ -171,10 +172,10 @@ TEST_F(Shutdown, ResetRestoresTheDefaultsAndOnlyEnterRestarts) {
     EXPECT_TRUE(term.WaitForText("<Enter> Restart Host", 0)) << term.Screen();
     term.Press("Enter");
     ASSERT_TRUE(term.WaitFor([&] { return Ran("reboot -f"); })) << Journal();
+    ASSERT_TRUE(term.WaitUntilPolling());  // the tool has ended: its state is written
     EXPECT_EQ((std::vector<std::string>{"firmwareConfig.py --reset-only", "reboot -f"}), JournalCommands())
         << "no machine is powered off";
     EXPECT_EQ("rebooting", State("/power/state").get<std::string>());
-    ASSERT_TRUE(term.WaitUntilPolling());
     EXPECT_TRUE(term.WaitForText("<Enter> Restart Host", 0)) << "stays until the host goes down";
   }
 }

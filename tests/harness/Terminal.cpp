@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <signal.h>
 #include <sys/ioctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -32,6 +33,16 @@ using Clock = std::chrono::steady_clock;
 int MsLeft(Clock::time_point deadline) {
   auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
   return left.count() > 0 ? static_cast<int>(left.count()) : 0;
+}
+
+// True when the thread sleeps in a blocking read() of its terminal (fd 0), as curses'
+// wgetch() does without a time-out: like poll(), it has sent everything it drew.
+bool ReadsTerminal(const std::string& task) {
+  std::ifstream in(task + "/syscall");
+  long number = -1;
+  std::string fd;
+  in >> number >> fd;
+  return in && number == SYS_read && fd == "0x0";
 }
 
 }  // namespace
@@ -220,7 +231,7 @@ bool Terminal::WaitUntilPolling(int timeoutMs) {
         std::ifstream in(task + "/wchan");
         std::string where;
         std::getline(in, where);
-        if (where.find("poll") == std::string::npos) return false;
+        if (where.find("poll") == std::string::npos && !ReadsTerminal(task)) return false;
         // poll() and select() sleep alike, and the command runner waits for a tool in
         // select(): the main thread reads keys only while it has no child of its own.
         std::ifstream childrenFile(task + "/children");

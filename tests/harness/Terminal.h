@@ -102,8 +102,11 @@ class Terminal {
   bool WaitForText(std::string_view text, int timeoutMs = 5000);
   bool WaitForNoText(std::string_view text, int timeoutMs = 5000);
   bool WaitFor(const std::function<bool()>& condition, int timeoutMs = 5000);
-  // Waits until the program's main thread sleeps in poll(), that is, until a program that
-  // reads keys the way the console does waits for the next one. Programs discard keys typed
+  // Waits until the program's main thread sleeps in poll() with no child of its own, or in a
+  // blocking read() of the terminal (curses' wgetch() without a time-out): until it waits
+  // for the next key, with everything it drew sent and taken in. One curses update reaches
+  // the terminal in several writes, so a test waits for this, not only for a text, before
+  // it reads other parts of the screen that update drew. Programs discard keys typed
   // while a screen changes (curses' flushinp), so a test waits for this before a key it
   // means to reach the new screen, as a person waits to see it.
   bool WaitUntilPolling(int timeoutMs = 5000);

@@ -236,6 +236,7 @@ TEST(WindowScreen, MessageDialogIsCentredOverItsDimmedOwnersAndLeavesNothingBehi
   EXPECT_FALSE(t.WaitForText("result=", 300)) << t.Screen();
   t.Press("Enter");
   ASSERT_TRUE(t.WaitForText("message closed", 5000)) << t.Screen();
+  ASSERT_TRUE(t.WaitUntilPolling());
   // The box (columns 5 to 74) was wider than the dialogs (10 to 69): its edges are gone,
   // the dimmed frame is back there.
   for (int edge : {5, 9, 70, 74}) {
@@ -245,6 +246,7 @@ TEST(WindowScreen, MessageDialogIsCentredOverItsDimmedOwnersAndLeavesNothingBehi
   EXPECT_FALSE(t.Find("Shut Down Host", nullptr, nullptr)) << t.Screen();
   t.Press("n");
   ASSERT_TRUE(t.WaitForText("result=1 content=none,yes", 5000)) << t.Screen();
+  ASSERT_TRUE(t.WaitUntilPolling());
   ExpectColors(t, 1, 1, 3, 1);  // the owner is back, colour tags and all
   EXPECT_FALSE(t.Find("Shut Down Host", nullptr, nullptr)) << t.Screen();
   t.Press("q");
@@ -279,6 +281,7 @@ TEST(WindowScreen, RootWindowHasTwoPanesABoxAndTheLineUnderTheTitles) {
       },
       KonuTest::UiEnv());
   ASSERT_TRUE(t.WaitForText("<Esc> Log Out", 5000)) << t.Screen();
+  ASSERT_TRUE(t.WaitUntilPolling());  // the box's last rows come after the footer
   EXPECT_EQ(t.Region(1, 3, 1, 20), "System Customization");
   EXPECT_EQ(t.Region(1, 42, 1, 11), "Information");
   EXPECT_EQ(t.Region(4, 42, 1, 22), "Details here pane-host");
