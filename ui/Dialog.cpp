@@ -3,6 +3,9 @@
 
 #include <curses.h>
 
+#include "ui/Footers.h"
+#include "ui/FormKeys.h"
+
 namespace Konu {
 
 Dialog::Dialog(Frame* owner, int width, int height, int headerHeight)
@@ -27,6 +30,16 @@ Dialog::~Dialog() = default;
 void Dialog::SetActive(bool active) {
   if (active && Owner()) Owner()->Update();
   Frame::SetActive(active);
+}
+
+bool Dialog::AwaitF11(const std::function<void(int)>& otherKey) {
+  SetFooter(kFooterF11OkCancel);
+  for (;;) {
+    const int key = GetKey(true);
+    if (key == kKeyEsc) return false;
+    if (key == KEY_F(11)) return true;
+    if (otherKey) otherKey(key);
+  }
 }
 
 }  // namespace Konu
