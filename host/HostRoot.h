@@ -33,7 +33,7 @@ void SetHostPathMap(const HostPathMap* map);
 std::string HostPath(std::string_view absolutePath);
 
 // The PATH the console's children get: the simulated host's tool folders, the real host's
-// tool folder before the machine's own, or "" (the shell's default) without a map.
+// tool folder alone, or "" (the shell's default) without a map.
 std::string HostToolSearchPath();
 
 }  // namespace Konu

@@ -2,6 +2,7 @@
 // Installed in /usr/libexec/konu with a two-line script per tool that runs
 // "konu-tools NAME ARGUMENTS...", so a shell can run each tool as a script too.
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -35,10 +36,15 @@ constexpr Tool kTools[] = {
     {"reboot", Reboot, "restart the host [-f]"},
 };
 
+// The console runs its children with KONU's tool folder as their only PATH; the machine's
+// commands a tool needs (systemctl, virsh, ...) are found in the machine's own folders.
+constexpr char kMachinePath[] = "/usr/sbin:/usr/bin:/sbin:/bin";
+
 int Help(FILE* to) {
   fputs("Usage: konu-tools NAME [ARGUMENTS...]\n\nKONU's host tools on a Linux machine:\n", to);
   for (const Tool& tool : kTools) fprintf(to, "  %-18s %s\n", tool.name, tool.summary);
   fputs("\nKONU_TOOLS_ROOT=DIR places every file the tools write under DIR.\n", to);
+  fprintf(to, "KONU_TOOLS_PATH=DIRS is searched for the machine's commands instead of %s.\n", kMachinePath);
   return to == stdout ? 0 : 2;
 }
 
@@ -54,6 +60,8 @@ int main(int argc, char** argv) {
     self = argv[1];
     first = 2;
   }
+  const char* machinePath = getenv("KONU_TOOLS_PATH");
+  setenv("PATH", machinePath && *machinePath ? machinePath : kMachinePath, 1);
   for (const Tool& tool : kTools) {
     if (self != tool.name) continue;
     ToolRun run(self, std::vector<std::string>(argv + first, argv + argc));

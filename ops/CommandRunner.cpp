@@ -32,7 +32,7 @@ namespace {
 constexpr int kPollMilliseconds = 20;
 
 // "PYTHONHOME=/" and nothing else of the console's environment, but a PATH that reaches the
-// host's tools: a simulated host's alone, or the real host's before the machine's own.
+// host's tools and nothing else: a simulated host's folders, or the real host's tool folder.
 class ChildEnvironment {
  public:
   ChildEnvironment() {

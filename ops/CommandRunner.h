@@ -6,8 +6,8 @@ namespace Konu {
 
 // Runs the host program at `path` (an absolute host path such as "/bin/sh", resolved
 // through HostPath) with the null-terminated argument vector `argv` (element 0 the short
-// name, e.g. "sh"). The child's environment is exactly "PYTHONHOME=/" (on a simulated host
-// also a PATH of the root's tool folders, so that nothing runs the machine's own tools).
+// name, e.g. "sh"). The child's environment is exactly "PYTHONHOME=/" and a PATH of the
+// host's tool folders alone, so that nothing runs the machine's own command of a tool's name.
 //
 // Each output stream is captured when its buffer and in-out length are both given: on
 // entry the capacity, on return the bytes read (-1 after a read error). No terminating

@@ -11,6 +11,7 @@
 #include "host/Host.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
+#include "network/NetworkRestoreWindow.h"
 #include "network/NetworkWindow.h"
 #include "network/RestartNetworkDialog.h"
 #include "network/TestDialog.h"
@@ -134,7 +135,7 @@ const GeneralWindow::KindInfo& GeneralWindow::InfoFor(int kind) {
       {kNetwork, kFooterMore, 0, &GeneralWindow::NetworkPane, &GeneralWindow::OpenNetwork},
       {kRestartNetwork, kFooterRestart, 24, nullptr, &GeneralWindow::OpenRestartNetwork},
       {kTestNetwork, kFooterRunTest, 25, nullptr, &GeneralWindow::OpenTestNetwork},
-      {kRestoreNetwork, kFooterRestart, 26, nullptr, nullptr},
+      {kRestoreNetwork, kFooterRestart, 26, nullptr, &GeneralWindow::OpenRestoreNetwork},
       {kSupport, kFooterLogOut, 0, &GeneralWindow::SupportPane, nullptr},
       {kLogs, kFooterLogOut, 0, &GeneralWindow::LogsPane, nullptr},
       {kTroubleshooting, kFooterMore, 28, nullptr, &GeneralWindow::OpenTroubleshooting},
@@ -270,6 +271,8 @@ void GeneralWindow::OpenRestartNetwork() {
 }
 
 void GeneralWindow::OpenTestNetwork() { TestDialog(this).RunModal(); }
+
+void GeneralWindow::OpenRestoreNetwork() { NetworkRestoreWindow(this).RunModal(); }
 
 void GeneralWindow::OpenTroubleshooting() { TroubleShootingWindow(this).RunModal(); }
 

@@ -67,6 +67,7 @@ class GeneralWindow : public RootWindow {
   void OpenNetwork();
   void OpenRestartNetwork();
   void OpenTestNetwork();
+  void OpenRestoreNetwork();
   void OpenTroubleshooting();
   void OpenReset();
   void OpenKeyboard();

@@ -96,10 +96,9 @@ LinuxPathMap::LinuxPathMap(std::string root, std::string journalctl)
 
 std::string LinuxPathMap::Under(std::string_view path) const { return root_ + std::string(path); }
 
-std::string LinuxPathMap::ToolSearchPath() const {
-  return Under(kToolFolder) + ":" + Under("/usr/sbin") + ":" + Under("/usr/bin") + ":" + Under("/sbin") +
-         ":" + Under("/bin");
-}
+// KONU's tool folder alone: a tool that is not installed fails ("poweroff: not found")
+// instead of reaching the machine's own command of the same name.
+std::string LinuxPathMap::ToolSearchPath() const { return Under(kToolFolder); }
 
 std::string LinuxPathMap::Resolve(std::string_view absolutePath) const {
   for (const Home& home : kHomes) {

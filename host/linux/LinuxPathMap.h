@@ -11,6 +11,8 @@
 namespace HostCtl::Linux {
 
 // The folder of KONU's own Linux host tools; nothing is ever installed into /bin or /sbin.
+// It is the whole PATH of the console's children; the tools find the machine's commands
+// (systemctl, virsh, ...) on their own PATH.
 inline constexpr const char kToolFolder[] = "/usr/libexec/konu";
 // KONU's configuration ("certificate=PATH", "agents=UNIT ...") and the options file.
 inline constexpr const char kConfigFile[] = "/etc/konu/konu.conf";

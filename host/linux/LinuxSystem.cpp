@@ -23,6 +23,7 @@
 #include "host/HostRoot.h"
 #include "host/Log.h"
 #include "host/linux/LinuxCommand.h"
+#include "host/linux/LinuxPathMap.h"
 #include "host/linux/LinuxServices.h"
 
 namespace HostCtl::Linux {
@@ -153,7 +154,7 @@ int LinuxShellExec::NukCtl_Exec(const std::string& commandLine, bool, bool, bool
   // The host paths of the line ("/sbin/services.sh") are KONU's tools on this machine.
   std::string command = Konu::HostCommandLine(commandLine);
   std::string toolPath = Konu::HostToolSearchPath();
-  std::string path = "PATH=" + (toolPath.empty() ? std::string("/bin:/sbin:/usr/bin:/usr/sbin") : toolPath);
+  std::string path = "PATH=" + (toolPath.empty() ? std::string(kToolFolder) : toolPath);
   const char* argv[] = {"sh", "-c", command.c_str(), nullptr};
   const char* envp[] = {"PYTHONHOME=/", path.c_str(), nullptr};
   // The console owns the terminal: the command's output must not reach the screen.

@@ -8,7 +8,10 @@
 #include <fstream>
 
 #include "host/HostRoot.h"
+#include "host/ShellExec.h"
+#include "host/linux/LinuxHost.h"
 #include "host/linux/LinuxPathMap.h"
+#include "ops/CommandRunner.h"
 
 namespace fs = std::filesystem;
 using HostCtl::Linux::LinuxPathMap;
@@ -57,7 +60,6 @@ TEST_F(LinuxPathMapTest, EveryHostPathHasItsLinuxHome) {
       {"/dev/console", "/dev/console"},
   };
   for (const Case& c : cases) EXPECT_EQ(map.Resolve(c.hostPath), root_ + c.home) << c.hostPath;
-  EXPECT_EQ(map.ToolSearchPath().substr(0, root_.size() + 18), root_ + "/usr/libexec/konu:");
 
   Write("/etc/konu/konu.conf", "# KONU\ncertificate=/etc/konu/host.crt\n");
   EXPECT_EQ(LinuxPathMap(root_).Resolve("/etc/corbel/ssl/rui.crt"), root_ + "/etc/konu/host.crt");
@@ -76,12 +78,36 @@ TEST_F(LinuxPathMapTest, AJournalOnlyLogIsExportedWhenOpened) {
   EXPECT_FALSE(fs::exists(broken.Resolve("/var/log/sysboot.log")));
 }
 
+// A tool KONU has not installed fails; the machine's command of the same name is never
+// reached, neither by the runner nor by the backend's shell.
+TEST_F(LinuxPathMapTest, ChildrenFindOnlyKonusOwnTools) {
+  fs::create_directories(root_ + "/bin");
+  ASSERT_EQ(0, symlink("/bin/sh", (root_ + "/bin/sh").c_str()));
+  const std::string ran = root_ + "/ran";
+  const std::string standIn = "#!/bin/sh\necho \"$0 $*\" >> " + ran + "\n";
+  for (const char* folder : {"/usr/sbin", "/usr/bin", "/sbin", "/bin"})
+    Write(std::string(folder) + "/poweroff", standIn, true);
+  LinuxPathMap map(root_);
+  Konu::SetHostPathMap(&map);
+  EXPECT_EQ(map.ToolSearchPath(), root_ + "/usr/libexec/konu");
+  auto shell = HostCtl::Linux::LinuxHost(root_).CreateShellExec();
+  EXPECT_EQ(Konu::RunShell("poweroff -f"), 127);
+  EXPECT_EQ(shell->NukCtl_Exec("poweroff -f", false, true, false), 127);
+  EXPECT_FALSE(fs::exists(ran)) << Read(ran);
+
+  Write("/usr/libexec/konu/poweroff", standIn, true);
+  EXPECT_EQ(Konu::RunShell("poweroff -f"), 0);
+  EXPECT_EQ(shell->NukCtl_Exec("poweroff", false, true, false), 0);
+  EXPECT_EQ(Read(ran), root_ + "/usr/libexec/konu/poweroff -f\n" + root_ + "/usr/libexec/konu/poweroff \n");
+  Konu::SetHostPathMap(nullptr);
+}
+
 TEST(HostPathTest, TheRealHostUsesTheMapAndASimulatedHostItsRoot) {
   LinuxPathMap map("/");
   Konu::SetHostPathMap(&map);
   Konu::SetHostRoot("/");
   EXPECT_EQ(Konu::HostPath("/bin/qal-cmd"), "/usr/libexec/konu/qal-cmd");
-  EXPECT_EQ(Konu::HostToolSearchPath().substr(0, 18), "/usr/libexec/konu:");
+  EXPECT_EQ(Konu::HostToolSearchPath(), "/usr/libexec/konu");
   Konu::SetHostRoot("/tmp/sim");
   EXPECT_EQ(Konu::HostPath("/bin/qal-cmd"), "/tmp/sim/bin/qal-cmd");
   EXPECT_EQ(Konu::HostToolSearchPath(), "/tmp/sim/bin:/tmp/sim/sbin:/tmp/sim/usr/bin:/tmp/sim/usr/sbin");

@@ -70,7 +70,9 @@ class LinuxTools : public ::testing::Test {
 
   CommandResult Tool(const std::string& name, std::vector<std::string> args = {}) {
     args.insert(args.begin(), {KonuTest::BuildDir() + "/konu-tools", name});
-    return KonuTest::RunCommandLine(args, {"PATH=" + Bin(), "KONU_TOOLS_ROOT=" + Root()});
+    // As the console runs them: KONU's tool folder is their whole PATH.
+    return KonuTest::RunCommandLine(args, {"PATH=" + Root() + "/usr/libexec/konu", "KONU_TOOLS_PATH=" + Bin(),
+                                           "KONU_TOOLS_ROOT=" + Root()});
   }
   // The commands run since the last call, one per line.
   std::string Taken() {
