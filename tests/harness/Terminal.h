@@ -118,6 +118,7 @@ class Terminal {
   bool Find(std::string_view text, int* row, int* col) const;
 
   size_t BytesWritten() const;  // bytes the program has written so far (pumped)
+  std::string Output() const;   // the last 64 KiB of them, raw (escape sequences and all)
   pid_t Pid() const;
   void Signal(int signal);
   // Changes the pty size (TIOCSWINSZ, which also sends SIGWINCH) and the emulator's.

@@ -53,10 +53,12 @@ struct Terminal::Impl {
   int exitStatus = 0;
   bool hungUp = false;  // the slave side is closed: reads give EIO
   size_t bytesRead = 0;
+  std::string output;  // the last kOutputKept bytes read, raw
+  static constexpr size_t kOutputKept = 65536;
 
   VTerm* vt = nullptr;
   VTermScreen* screen = nullptr;
-  std::string replies;     // the emulator's answers to the program's queries, not yet sent
+  std::string replies;             // the emulator's answers to the program's queries, not yet sent
   std::string* capture = nullptr;  // when set, emulator output goes here instead
   bool altScreen = false;
   bool cursorVisible = true;
