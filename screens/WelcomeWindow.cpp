@@ -28,8 +28,22 @@ constexpr int kLowerBackground = 3;
 constexpr int kHalfForeground = 7;
 constexpr int kWarningForeground = 6;
 constexpr int kInherit = -1;
+constexpr int kTextColumn = 8;
+constexpr int kManagementRow = 1;
+// Heading, host name, IPv4 address and five IPv6 addresses (or four and "...").
+constexpr int kManagementRows = 8;
 constexpr int kWarningRow = 9;
 constexpr int kWarningRows = 6;
+constexpr int kWarningColumn = 16;
+// The longer of the two warnings takes three rows in the warning's own width, two in the
+// management text's width.
+constexpr int kWarningRowsInOwnWidth = 3;
+constexpr int kWarningRowsInWideWidth = 2;
+// Rows below the warning: the footer and the bottom of the box.
+constexpr int kRowsBelowWarning = 2;
+// The lower half never gets fewer rows than it needs for all of that, so on the smallest
+// terminals (80x24) the halves meet one row higher.
+constexpr int kLowestLowerHalf = kWarningRow + kWarningRowsInWideWidth + kRowsBelowWarning;
 
 // The no-adapter alert goes to the host once in the life of the process.
 bool noAdapterAlertRaised = false;
@@ -84,20 +98,25 @@ void WelcomeWindow::DrawStandard() {
 }
 
 void WelcomeWindow::BuildStandardLayout() {
-  const int upperHeight = LINES / 2;
-  const int lowerHeight = (LINES + 1) / 2;
+  const int lowerHeight = std::max((LINES + 1) / 2, kLowestLowerHalf);
+  const int upperHeight = LINES - lowerHeight;
   upper_ = std::make_unique<Window>(this, 0, 0, COLS, upperHeight, kUpperBackground, kHalfForeground);
   lower_ =
       std::make_unique<Window>(this, 0, upperHeight, COLS, lowerHeight, kLowerBackground, kHalfForeground);
-  productLine_ = std::make_unique<TextArea>(upper_.get(), 8, 5, COLS - 16, 1, kInherit);
-  hardwareLine_ = std::make_unique<TextArea>(upper_.get(), 8, 7, COLS - 16, 1, kInherit);
-  cpuMemoryLines_ = std::make_unique<TextArea>(upper_.get(), 8, 9, COLS - 16, 2, kInherit);
-  managementText_ = std::make_unique<TextArea>(lower_.get(), 8, 1, COLS - 16, 7, kInherit);
+  const int textWidth = COLS - 2 * kTextColumn;
+  productLine_ = std::make_unique<TextArea>(upper_.get(), kTextColumn, 5, textWidth, 1, kInherit);
+  hardwareLine_ = std::make_unique<TextArea>(upper_.get(), kTextColumn, 7, textWidth, 1, kInherit);
+  cpuMemoryLines_ = std::make_unique<TextArea>(upper_.get(), kTextColumn, 9, textWidth, 2, kInherit);
+  managementText_ = std::make_unique<TextArea>(lower_.get(), kTextColumn, kManagementRow, textWidth,
+                                               kManagementRows, kInherit);
   // Six rows from row 9, cut short where the half is too low to hold them above the
-  // footer (a 24-row terminal leaves one), so the warning never runs into the key help.
-  const int warningRows = std::clamp(lowerHeight - 2 - kWarningRow, 0, kWarningRows);
-  warning_ =
-      std::make_unique<TextArea>(lower_.get(), 16, kWarningRow, COLS - 32, warningRows, kWarningForeground);
+  // footer, so the warning never runs into the key help. Where that leaves too few rows
+  // for a whole warning (24 to 26 rows), it takes the management text's wider column.
+  const int warningRows = std::clamp(lowerHeight - kRowsBelowWarning - kWarningRow, 0, kWarningRows);
+  const bool wide = warningRows < kWarningRowsInOwnWidth;
+  const int warningColumn = wide ? kTextColumn : kWarningColumn;
+  warning_ = std::make_unique<TextArea>(lower_.get(), warningColumn, kWarningRow, COLS - 2 * warningColumn,
+                                        warningRows, kWarningForeground);
   footer_ = std::make_unique<TextArea>(lower_.get(), 2, lowerHeight - 2, COLS - 4, 1, kInherit);
 }
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <vector>
 
 #include "app/Clock.h"
 #include "app/Input.h"
@@ -75,11 +76,26 @@ int Frame::RunModal() {
     throw;
   }
   if (owner_) {
+    RepaintBeneath(*owner_);
     owner_->SetActive(true);
     owner_->Update();
   }
   runtime.topFrame = owner_;
   return result;
+}
+
+void Frame::RepaintBeneath(const Frame& frame) {
+  // A closing frame may be larger than the one it returns to: every frame further down is
+  // put back first, bottom one first, so nothing of the closed one stays on the screen. The
+  // returning frame's own refresh sends it all in one update.
+  std::vector<const Frame*> beneath;
+  for (const Frame* below = frame.owner_; below; below = below->owner_) beneath.push_back(below);
+  for (auto it = beneath.rbegin(); it != beneath.rend(); ++it) {
+    if (WINDOW* window = (*it)->Curses()) {
+      touchwin(window);
+      wnoutrefresh(window);
+    }
+  }
 }
 
 int Frame::GetKey(bool idleTimeout, int wakeFd) {

@@ -44,6 +44,8 @@ class Frame : public Window {
 
  private:
   [[noreturn]] void EndForResize();
+  // Puts the frames beneath `frame` back on the screen (not yet sent to the terminal).
+  static void RepaintBeneath(const Frame& frame);
 
   Frame* owner_;
   const StringFactory* strings_;

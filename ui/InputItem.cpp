@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "ui/Markup.h"
 #include "ui/TextArea.h"
 
 namespace Konu {
@@ -45,7 +46,10 @@ std::string InputItem::Line(int areaWidth, int* cursorColumn) {
     if (cursor_ > offset_ + width) offset_ = cursor_ - width;
     visible = value_.substr(std::min(offset_, value_.size()), width);
   }
-  if (masked_) visible.assign(visible.size(), '*');
+  const size_t shown = visible.size();  // columns of the visible part
+  if (masked_) visible.assign(shown, '*');
+  // The value is shown as typed: its braces are text, not tags.
+  visible = LiteralMarkup(visible);
 
   std::string label = label_;
   const int labelColumns = areaWidth - 5 - w;
@@ -56,7 +60,7 @@ std::string InputItem::Line(int areaWidth, int* cursorColumn) {
     line += replaceOnType_ ? "{bgcolor:white}{color:black}" : "{bgcolor:black}{color:white}";
     line += visible;
     line += "{/color}{/bgcolor}";
-    if (visible.size() < width) line.append(width - visible.size(), ' ');
+    if (shown < width) line.append(width - shown, ' ');
   } else {
     line += visible;
   }

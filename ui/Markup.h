@@ -20,6 +20,13 @@ struct MarkupTag {
 };
 MarkupTag SplitTag(std::string_view tag);
 
+// The tag "{{}" shows one "{" and takes one column: the way data (what an operator typed)
+// goes into a text without its braces being read as tags.
+constexpr std::string_view kLiteralBrace = "{{}";
+
+// `text` as mark-up that shows exactly `text`: every "{" becomes the literal-brace tag.
+std::string LiteralMarkup(std::string_view text);
+
 // The layout pass on its own: `text` laid out for an area `width` columns wide. The result
 // still holds the colour tags and every tag the layout pass does not know.
 std::string LayoutMarkup(int width, std::string_view text, const VariableTable& variables);

@@ -59,8 +59,13 @@ std::vector<MarkupDrawOp> PlanMarkupDrawing(std::string_view laidOut, int width,
     }
     size_t close = laidOut.find('}', i + 1);
     if (close == std::string_view::npos) break;  // an unterminated tag hides the rest
-    MarkupTag tag = SplitTag(laidOut.substr(i + 1, close - i - 1));
+    const std::string_view text = laidOut.substr(i + 1, close - i - 1);
     i = close;
+    if (text == kLiteralBrace.substr(1, 1)) {
+      pending.push_back('{');  // a brace shown as it stands
+      continue;
+    }
+    MarkupTag tag = SplitTag(text);
     bool isColor = tag.name == "color" || tag.name == "bgcolor";
     bool isClose = tag.name == "/color" || tag.name == "/bgcolor";
     if (!isColor && !isClose) continue;  // not a drawing tag: takes no room

@@ -15,6 +15,19 @@ MarkupTag SplitTag(std::string_view tag) {
   return {tag.substr(0, colon), tag.substr(colon + 1)};
 }
 
+std::string LiteralMarkup(std::string_view text) {
+  std::string markup;
+  markup.reserve(text.size());
+  for (char c : text) {
+    if (c == '{') {
+      markup += kLiteralBrace;
+    } else {
+      markup.push_back(c);
+    }
+  }
+  return markup;
+}
+
 namespace {
 
 constexpr size_t kNoSpace = std::string::npos;
@@ -44,7 +57,7 @@ class Layouter {
       } else if (std::isspace(static_cast<unsigned char>(c))) {
         Whitespace(c);
       } else {
-        Visible(c);
+        Visible(std::string_view(&text[i], 1));
       }
     }
     return std::move(out_);
@@ -62,6 +75,10 @@ class Layouter {
 
   void Tag(std::string_view tag) {
     if (tag.empty()) return;
+    if (tag == kLiteralBrace.substr(1, 1)) {
+      Visible(kLiteralBrace);  // one column; the drawing pass shows the brace
+      return;
+    }
     MarkupTag parts = SplitTag(tag);
     if (parts.name == "align") {
       OpenAlign(parts.value);
@@ -77,7 +94,7 @@ class Layouter {
           lastSpace_ = kNoSpace;
           wordLen_ = 0;
         }
-        Append(b);
+        Append(std::string_view(&b, 1));
       }
     } else {
       out_.push_back('{');
@@ -139,7 +156,8 @@ class Layouter {
     CountPad();
   }
 
-  void Visible(char c) {
+  // One visible column: a byte, or the literal-brace tag that stands for one.
+  void Visible(std::string_view shown) {
     if (free_ == 0) {
       if (lastSpace_ != kNoSpace) {
         // Carry the word to the next line; the part before the break keeps its alignment.
@@ -157,14 +175,14 @@ class Layouter {
       lastSpace_ = kNoSpace;
       wordLen_ = 0;
     }
-    Append(c);
+    Append(shown);
   }
 
   bool FieldFull() const { return mode_ == Mode::kPadding && pad_ == 0; }
 
-  void Append(char c) {
+  void Append(std::string_view shown) {
     if (FieldFull()) return;
-    out_.push_back(c);
+    out_.append(shown);
     --free_;
     ++wordLen_;
     CountPad();

@@ -1,5 +1,6 @@
 // The console program in a pseudo-terminal on a fresh simulated host: start-up, signals,
-// resize, the virtual-terminal argument, the pid file, dimming, and the terminal restored.
+// resize, a terminal below the smallest size, the virtual-terminal argument, the pid file,
+// dimming, and the terminal restored.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -50,6 +51,35 @@ TEST_F(Startup, EveryExitPathEndsWithStatusZeroRestoresTheTerminalAndResetsThePa
   }
   EXPECT_NE(std::string::npos, Syslog().find("KONU[")) << Syslog();
   EXPECT_NE(std::string::npos, Syslog().find("Starting KONU"));
+}
+
+TEST_F(Startup, BelowEightyByTwentyFourOnlyTheSizeNeededShowsAndNoKeyIsTaken) {
+  struct Case {
+    int rows, cols;
+    bool leaveWithEscapeR;  // else SIGTERM
+  };
+  for (const Case& c : {Case{24, 79, true}, Case{23, 80, false}}) {
+    const std::string size = std::to_string(c.cols) + "x" + std::to_string(c.rows);
+    SCOPED_TRACE(size);
+    Terminal term(c.rows, c.cols);
+    StartKonu(term);
+    ASSERT_TRUE(term.WaitForText("KONU needs at least 80x24 (this terminal: " + size + ")")) << term.Screen();
+    EXPECT_FALSE(term.WaitForText(ProductLine(), 0)) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    term.Press("F2");
+    EXPECT_FALSE(term.WaitForText("Authentication Required", 1000)) << "F2 opens no login form";
+    EXPECT_TRUE(term.WaitForText("KONU needs at least 80x24", 0)) << term.Screen();
+    if (c.leaveWithEscapeR) {
+      term.Write("\033R");
+    } else {
+      term.Signal(SIGTERM);
+    }
+    int status = -1;
+    ASSERT_TRUE(term.WaitForExit(5000, &status));
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_TRUE(TerminalRestored(term));
+  }
+  EXPECT_NE(Syslog().find("Terminal is 79x24, smaller than 80x24"), std::string::npos) << Syslog();
 }
 
 TEST_F(Startup, InvalidVirtualTerminalArgumentsAreLoggedAndIgnored) {

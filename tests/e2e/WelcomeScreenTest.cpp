@@ -64,14 +64,15 @@ TEST_F(WelcomeScreen, StandardLayoutShowsTheHostAndHowToReachIt) {
   EXPECT_EQ(TextAt(term, 7, 8, 64), "Tessera Computing Inc. Tessera TX740 Server");
   EXPECT_EQ(TextAt(term, 9, 8, 64), "2 x Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz");
   EXPECT_EQ(TextAt(term, 10, 8, 64), "128 GiB Memory");
-  // Lower half from row 12: the management text at its row 1.
-  EXPECT_EQ(TextAt(term, 13, 8, 64), "To manage this host, go to:");
-  EXPECT_EQ(TextAt(term, 14, 8, 64), "https://konu-host/");
-  EXPECT_EQ(TextAt(term, 15, 8, 64), "https://10.0.0.5/ (STATIC)");
+  // Lower half from row 11 (on 24 rows the halves meet one row higher, so that every line
+  // fits): the management text at its row 1.
+  EXPECT_EQ(TextAt(term, 12, 8, 64), "To manage this host, go to:");
+  EXPECT_EQ(TextAt(term, 13, 8, 64), "https://konu-host/");
+  EXPECT_EQ(TextAt(term, 14, 8, 64), "https://10.0.0.5/ (STATIC)");
   // IPv6 is on: the addresses sorted as text, the link-local one without a mark.
-  EXPECT_EQ(TextAt(term, 16, 8, 64), "https://[2001:db8:10::50]/ (STATIC)");
-  EXPECT_EQ(TextAt(term, 17, 8, 64), "https://[2001:db8:10::5]/ (STATIC)");
-  EXPECT_EQ(TextAt(term, 18, 8, 64), "https://[fe80::4b:4eff:fe6a:1005]/");
+  EXPECT_EQ(TextAt(term, 15, 8, 64), "https://[2001:db8:10::50]/ (STATIC)");
+  EXPECT_EQ(TextAt(term, 16, 8, 64), "https://[2001:db8:10::5]/ (STATIC)");
+  EXPECT_EQ(TextAt(term, 17, 8, 64), "https://[fe80::4b:4eff:fe6a:1005]/");
   // The footer on the lower half's second row from the bottom: F2 left, F12 right-aligned.
   EXPECT_EQ(TextAt(term, 22, 2, 31), "<F2> Customize System/View Logs");
   EXPECT_EQ(term.Region(22, 54, 1, 24), " <F12> Shut Down/Restart")
@@ -79,7 +80,7 @@ TEST_F(WelcomeScreen, StandardLayoutShowsTheHostAndHowToReachIt) {
   // Colours: white on dark grey above, on yellow below; key labels in dark grey.
   EXPECT_EQ(term.Colors(5, 8).background, 6);
   EXPECT_EQ(term.Colors(5, 8).foreground, 7);
-  EXPECT_EQ(term.Colors(13, 8).background, 3);
+  EXPECT_EQ(term.Colors(12, 8).background, 3);
   EXPECT_EQ(term.Colors(22, 2).foreground, 7) << "<F2> in the normal colour";
   EXPECT_EQ(term.Colors(22, 7).foreground, 6) << "its text in dark grey";
   // The box round the screen in its halves' colours, on this 256-colour terminal too.
@@ -110,14 +111,14 @@ TEST_F(WelcomeScreen, HostNameLocalhostGivesNoHostNameLine) {
   SetState("/host/hostname", "localhost");
   Terminal term(24, 80);
   Start(term, ProductLine());
-  EXPECT_EQ(TextAt(term, 13, 8, 64), "To manage this host, go to:");
-  EXPECT_EQ(TextAt(term, 14, 8, 64), "https://10.0.0.5/ (STATIC)");
+  EXPECT_EQ(TextAt(term, 12, 8, 64), "To manage this host, go to:");
+  EXPECT_EQ(TextAt(term, 13, 8, 64), "https://10.0.0.5/ (STATIC)");
   EXPECT_FALSE(term.WaitForText("https://localhost", 0));
 
   // The facts are read afresh at every draw: any key brings a new host name.
   SetState("/host/hostname", "konu-07");
   RefreshUntil(term, "https://konu-07/");
-  EXPECT_EQ(TextAt(term, 15, 8, 64), "https://10.0.0.5/ (STATIC)");
+  EXPECT_EQ(TextAt(term, 14, 8, 64), "https://10.0.0.5/ (STATIC)");
 }
 
 TEST_F(WelcomeScreen, DhcpInterfaceCarriesTheDhcpMark) {
@@ -155,28 +156,51 @@ TEST_F(WelcomeScreen, AuditModeWarnsOnAStaticHostToo) {
   EXPECT_TRUE(term.WaitForText("Warning: Host is running in audit mode.", 0)) << term.Screen();
 }
 
-TEST_F(WelcomeScreen, FiveIpv6AddressesAreShownWholeSixAsFourSortedLinesAndDots) {
-  SetState("/host/hostname", "localhost");  // leaves room for five lines in the seven-row text
-  SetIpv6Addresses({"2001:db8::e", "2001:db8::c", "2001:db8::a", "2001:db8::d", "2001:db8::b"});
-  Terminal term(24, 80);
-  Start(term, ProductLine());
-  const char* five[] = {"a", "b", "c", "d", "e"};
-  for (int i = 0; i < 5; ++i) {
-    EXPECT_EQ(TextAt(term, 15 + i, 8, 64), std::string("https://[2001:db8::") + five[i] + "]/ (STATIC)") << i;
-  }
-  EXPECT_FALSE(term.WaitForText("...", 0)) << term.Screen();
+// On the smallest terminals every line shows: heading, host name, IPv4 address, five IPv6
+// addresses (or four sorted and "..."), the whole audit warning and the footer.
+TEST_F(WelcomeScreen, EveryLineShowsOnTheSmallestTerminalsFiveIpv6AddressesWholeSixAsFourAndDots) {
+  SetState("/bootOption", 1);
+  const std::string warning =
+      "Warning: Host is running in audit mode. Your configuration will not be persistent across reboots. "
+      "Please contact support.";
+  for (int rows : {24, 25}) {
+    SCOPED_TRACE(rows);
+    SetIpv6Addresses({"2001:db8::e", "2001:db8::c", "2001:db8::a", "2001:db8::d", "2001:db8::b"});
+    Terminal term(rows, 80);
+    Start(term, ProductLine());
+    int top = 0, col = 0;
+    ASSERT_TRUE(term.Find("To manage this host, go to:", &top, &col)) << term.Screen();
+    EXPECT_EQ(col, 8);
+    EXPECT_EQ(TextAt(term, top + 1, 8, 64), "https://konu-host/");
+    EXPECT_EQ(TextAt(term, top + 2, 8, 64), "https://10.0.0.5/ (STATIC)");
+    for (int i = 0; i < 5; ++i) {
+      EXPECT_EQ(TextAt(term, top + 3 + i, 8, 64),
+                std::string("https://[2001:db8::") + "abcde"[i] + "]/ (STATIC)")
+          << i;
+    }
+    EXPECT_FALSE(term.WaitForText("...", 0)) << term.Screen();
+    // The warning below the addresses, whole, above the key help.
+    std::istringstream below(term.Region(top + 8, 1, rows - 2 - (top + 8), 78));
+    std::string shown, word;
+    while (below >> word) shown += (shown.empty() ? "" : " ") + word;
+    EXPECT_EQ(shown, warning) << term.Screen();
+    EXPECT_EQ(TextAt(term, rows - 2, 2, 31), "<F2> Customize System/View Logs");
+    EXPECT_EQ(term.Colors(top, 8).background, 3);
+    EXPECT_EQ(term.Colors(10, 8).background, 6) << "the memory line stays in the upper half";
 
-  // A sixth: the first four of the interface's list, sorted, then "...".
-  SetIpv6Addresses(
-      {"2001:db8::e", "2001:db8::c", "2001:db8::a", "2001:db8::d", "2001:db8::b", "2001:db8::1"});
-  RefreshUntil(term, "...");
-  const char* four[] = {"a", "c", "d", "e"};
-  for (int i = 0; i < 4; ++i) {
-    EXPECT_EQ(TextAt(term, 15 + i, 8, 64), std::string("https://[2001:db8::") + four[i] + "]/ (STATIC)") << i;
+    // A sixth: the first four of the interface's list, sorted, then "...".
+    SetIpv6Addresses(
+        {"2001:db8::e", "2001:db8::c", "2001:db8::a", "2001:db8::d", "2001:db8::b", "2001:db8::1"});
+    RefreshUntil(term, "...");
+    for (int i = 0; i < 4; ++i) {
+      EXPECT_EQ(TextAt(term, top + 3 + i, 8, 64),
+                std::string("https://[2001:db8::") + "acde"[i] + "]/ (STATIC)")
+          << i;
+    }
+    EXPECT_EQ(TextAt(term, top + 7, 8, 64), "...");
+    EXPECT_FALSE(term.WaitForText("2001:db8::b]", 0));
+    EXPECT_FALSE(term.WaitForText("2001:db8::1]", 0));
   }
-  EXPECT_EQ(TextAt(term, 19, 8, 64), "...");
-  EXPECT_FALSE(term.WaitForText("2001:db8::b]", 0));
-  EXPECT_FALSE(term.WaitForText("2001:db8::1]", 0));
 }
 
 TEST_F(WelcomeScreen, NoNetworkAdapterShowsTheTextAndRaisesTheAlertOnce) {

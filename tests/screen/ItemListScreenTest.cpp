@@ -131,7 +131,7 @@ TEST(ItemListScreen, AListOfHeadingsAndDisabledItemsKeepsItsFocus) {
   Quit(t);
 }
 
-TEST(ItemListScreen, TypingReplacesAFreshFieldMovingFirstEditsItAndMaskedFieldsShowStars) {
+TEST(ItemListScreen, TypingReplacesAFreshFieldShowsBracesAsTypedAndMaskedFieldsShowStars) {
   Terminal t(24, 80);
   t.Fork(
       [] {
@@ -153,17 +153,17 @@ TEST(ItemListScreen, TypingReplacesAFreshFieldMovingFirstEditsItAndMaskedFieldsS
   ExpectColors(t, 1, 21, 7, 0);  // the whole value selected: black on white
   ExpectColors(t, 1, 2, 0, 7);
 
-  t.Press("1");
-  ASSERT_TRUE(t.WaitForText("moves 1", 5000)) << t.Screen();
-  EXPECT_EQ(t.Region(1, 2, 1, 29), "Port             [ 1        ]");
+  t.Type("{red}");  // shown as typed, not taken for mark-up
+  ASSERT_TRUE(t.WaitForText("moves 5", 5000)) << t.Screen();
+  EXPECT_EQ(t.Region(1, 2, 1, 29), "Port             [ {red}    ]");
   ExpectColors(t, 1, 21, 0, 7);  // now editing: white on black
 
   t.Press("Down");
   t.Press("Left");
   t.Press("1");
-  ASSERT_TRUE(t.WaitForText("moves 4", 5000)) << t.Screen();
+  ASSERT_TRUE(t.WaitForText("moves 8", 5000)) << t.Screen();
   EXPECT_EQ(t.Region(1, 2, 2, 29),
-            "Port             [ 1 ]       \n"
+            "Port             [ {red} ]   \n"
             "Backup           [ 20419    ]");
   Quit(t);
 }

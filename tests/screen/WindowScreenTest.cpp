@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <sstream>
 
@@ -160,9 +161,21 @@ TEST(WindowScreen, SetColorsMinusOneTakesBothColoursFromTheParent) {
   EXPECT_TRUE(t.WaitForExit(5000, nullptr));
 }
 
-// A message box over a frame: dims the frame, ignores Esc, returns 1 on Enter. Also reports
-// which dialog sizes get a content window.
-int MessageOverFrame() {
+// A dialog whose loop runs `body` (the next dialog up) and returns its result.
+class Nested : public Dialog {
+ public:
+  Nested(Frame* owner, int height, std::function<int(Frame*)> body)
+      : Dialog(owner, 60, height, 6), body_(std::move(body)) {}
+  int EventLoop() override { return body_(this); }
+
+ private:
+  std::function<int(Frame*)> body_;
+};
+
+// A message box over a dialog over a dialog over a frame, as in the expired-password path:
+// dims what is beneath, ignores Esc, returns 1 on Enter and leaves nothing of itself where
+// it was wider than the dialogs. Also reports which dialog sizes get a content window.
+int MessageOverDialogs() {
   UiCurses curses;
   if (!curses.Ok()) return 2;
   Panel owner(COLS, LINES - 1);
@@ -170,10 +183,19 @@ int MessageOverFrame() {
   owner.SetActive(true);
   beneath.SetText("{color:red}beneath{/color}");
   int result = -1;
-  {
-    MessageDialog message(&owner, 164, "The disk is full.");
-    result = message.RunModal();
-  }
+  Nested login(&owner, 13, [&result](Frame* loginFrame) {
+    Nested password(loginFrame, 14, [&result](Frame* passwordFrame) {
+      {
+        MessageDialog message(passwordFrame, 164, "The disk is full.");
+        result = message.RunModal();
+      }
+      Say("message closed");
+      UiCurses::HoldUntil('n');
+      return 0;
+    });
+    return password.RunModal();
+  });
+  login.RunModal();
   PlainDialog noRoom(nullptr, 40, 10, 6);  // 10 - 6 = 4: no content window
   PlainDialog oneRow(nullptr, 40, 10, 5);
   char line[80];
@@ -185,9 +207,9 @@ int MessageOverFrame() {
   return 0;
 }
 
-TEST(WindowScreen, MessageDialogIsCentredOverItsDimmedOwnerAndClosesOnlyWithEnter) {
+TEST(WindowScreen, MessageDialogIsCentredOverItsDimmedOwnersAndLeavesNothingBehindWhenClosed) {
   Terminal t(24, 80);
-  t.Fork(MessageOverFrame, KonuTest::UiEnv());
+  t.Fork(MessageOverDialogs, KonuTest::UiEnv());
   ASSERT_TRUE(t.WaitForText("Shut Down Host", 5000)) << t.Screen();
   ASSERT_TRUE(t.WaitForText("<Enter> OK", 5000)) << "the footer is drawn last";
   // 70 x 10 centred in 80 x 24: columns 5 to 74, rows 7 to 16; header rows 7 to 13.
@@ -211,6 +233,15 @@ TEST(WindowScreen, MessageDialogIsCentredOverItsDimmedOwnerAndClosesOnlyWithEnte
   t.Press("x");
   EXPECT_FALSE(t.WaitForText("result=", 300)) << t.Screen();
   t.Press("Enter");
+  ASSERT_TRUE(t.WaitForText("message closed", 5000)) << t.Screen();
+  // The box (columns 5 to 74) was wider than the dialogs (10 to 69): its edges are gone,
+  // the dimmed frame is back there.
+  for (int edge : {5, 9, 70, 74}) {
+    EXPECT_EQ(t.Region(7, edge, 10, 1), " \n \n \n \n \n \n \n \n \n ") << "column " << edge;
+    for (int boxRow : {7, 15, 16}) ExpectColors(t, boxRow, edge, 0, 6);
+  }
+  EXPECT_FALSE(t.Find("Shut Down Host", nullptr, nullptr)) << t.Screen();
+  t.Press("n");
   ASSERT_TRUE(t.WaitForText("result=1 content=none,yes", 5000)) << t.Screen();
   ExpectColors(t, 1, 1, 3, 1);  // the owner is back, colour tags and all
   EXPECT_FALSE(t.Find("Shut Down Host", nullptr, nullptr)) << t.Screen();
