@@ -34,6 +34,13 @@ class NetworkInfo {
   virtual std::vector<Pnic> GetPnics() const = 0;
   // One physical NIC by name; throws HostCtl::Lib::HostCtlException when there is none.
   virtual Pnic GetPnic(const std::string& name) const = 0;
+
+  // Puts the host's network back as it left the factory: one standard switch "vSwitch0"
+  // whose uplink is the first physical NIC with a link, its port group "Management Network"
+  // without VLAN, the management interface alone on it with DHCP, automatic IPv6 and DNS from
+  // DHCP; every other switch and virtual NIC goes. The host name stays. The interface is not
+  // restarted.
+  virtual void RestoreFactoryNetwork() = 0;
 };
 
 }  // namespace HostCtl::Network

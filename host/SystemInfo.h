@@ -1,5 +1,5 @@
 // System facts and settings: the custom welcome message, system alerts, the console keyboard
-// layouts and the firewall rule sets.
+// layouts, the firewall rule sets and whether virtual machines run.
 #pragma once
 
 #include <string>
@@ -36,6 +36,9 @@ class SystemInfo {
   // Throws HostCtl::Lib::HostCtlException when there is no rule set with that id.
   virtual FirewallRuleset GetFirewallRulesetById(const std::string& id) const = 0;
   virtual void SetFirewallRulesetEnabled(const std::string& id, bool enabled) = 0;
+
+  // True when a virtual machine of this host is powered on.
+  virtual bool HasRunningVms() const = 0;
 };
 
 }  // namespace HostCtl

@@ -4,6 +4,7 @@
 
 #include <syslog.h>
 
+#include "host/IpConfig.h"
 #include "host/Log.h"
 #include "host/NukNic.h"
 #include "ops/Events.h"
@@ -27,15 +28,15 @@ constexpr size_t kShownIpv6 = 2;
 // With exactly this many entries the list is shown whole, past the cap.
 constexpr size_t kWholeListSize = 3;
 
-// The lines that list the interface's addresses after the restart: the static IPv4 address
-// (none with DHCP), then the static IPv6 addresses that are not link-local, at most two unless
-// the list holds exactly three entries.
-std::string AddressLines(const HostCtl::Network::IpConfig& current, bool dhcp, const std::string& label) {
+}  // namespace
+
+std::string RestartAddressLines(const HostCtl::Network::IpConfig& current, bool showIpv4,
+                                const std::string& label) {
   std::string lines;
-  if (!dhcp) lines += "\n   " + label + " " + current.GetIpv4Address().GetStringAddress() + "\n";
+  if (showIpv4) lines += "\n   " + label + " " + current.GetIpv4Address().GetStringAddress() + "\n";
   const auto& networks = current.GetIpv6Network();
   if (networks.empty()) return lines;
-  if (dhcp) lines += "\n";
+  if (!showIpv4) lines += "\n";
   size_t shown = 0;
   for (const auto& network : networks) {
     if (shown == kShownIpv6 && networks.size() != kWholeListSize) {
@@ -50,8 +51,6 @@ std::string AddressLines(const HostCtl::Network::IpConfig& current, bool dhcp, c
   }
   return lines;
 }
-
-}  // namespace
 
 DoRestartNetworkDialog::DoRestartNetworkDialog(Frame* owner, HostCtl::Network::NukNic& nic)
     : Dialog(owner, kWidth, kHeight, kHeaderHeight), nic_(nic) {
@@ -82,7 +81,7 @@ int DoRestartNetworkDialog::EventLoop() {
   Append(std::string(GetString(kDone)) + "\n");
   nic_.BringUp();
   Append(std::string(GetString(kStarting)) + " ");
-  Append(AddressLines(nic_.GetCurrentIpConfig(), dhcp, GetString(kAddressIs)));
+  Append(RestartAddressLines(nic_.GetCurrentIpConfig(), !dhcp, GetString(kAddressIs)));
   Append(GetString(kDone));
   SetFooter(kFooter);
   while (GetKey(true) != kEnter) {

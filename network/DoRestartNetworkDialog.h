@@ -8,10 +8,18 @@
 #include "ui/Dialog.h"
 
 namespace HostCtl::Network {
+class IpConfig;
 class NukNic;
-}
+}  // namespace HostCtl::Network
 
 namespace Konu {
+
+// The lines that list an interface's addresses after a restart, each after `label` (string
+// 129 "IP address is "): the IPv4 address when `showIpv4` (the restart leaves out a DHCP
+// one), then the static IPv6 addresses that are not link-local, at most two unless the list
+// holds exactly three entries.
+std::string RestartAddressLines(const HostCtl::Network::IpConfig& current, bool showIpv4,
+                                const std::string& label);
 
 class DoRestartNetworkDialog : public Dialog {
  public:

@@ -8,6 +8,7 @@
 #include "app/Runtime.h"
 #include "host/Host.h"
 #include "network/ManagementUplinks.h"
+#include "network/RestoreNetworkDialog.h"
 #include "ui/FormKeys.h"
 
 namespace Konu {
@@ -29,9 +30,10 @@ struct Entry {
 };
 
 constexpr Entry kEntries[] = {
-    {63, 66, false, nullptr},  // "Restore Network Settings"
-    {64, 67, true, nullptr},   // "Restore Standard Switch"
-    {65, 68, true, nullptr},   // "Restore DVS"
+    {63, 66, false,
+     [](Frame* owner) { RestoreNetworkDialog(owner).RunModal(); }},  // "Restore Network Settings"
+    {64, 67, true, nullptr},                                         // "Restore Standard Switch"
+    {65, 68, true, nullptr},                                         // "Restore DVS"
 };
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <curses.h>
 
 #include "network/DoRestartNetworkDialog.h"
+#include "ui/Footers.h"
 
 namespace Konu {
 namespace {
@@ -14,10 +15,6 @@ constexpr int kHeaderHeight = 7;
 constexpr int kTitle = 122;     // "Restart Management Network: Confirm"
 constexpr int kText = 123;      // "Restarting the management network will result in a brief ..."
 constexpr int kQuestion = 124;  // "Restart management network now?"
-// F11, not Enter, confirms: Enter is too easily pressed on a host that is in use.
-constexpr const char* kFooter =
-    "{align:right}{color:black}<F11>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
-    "{color:dark-grey}Cancel{/color}{/align}";
 constexpr int kEsc = 27;
 
 }  // namespace
@@ -34,7 +31,7 @@ int RestartNetworkDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(GetString(kText));
   question_->SetText(GetString(kQuestion));
-  SetFooter(kFooter);
+  SetFooter(kFooterF11OkCancel);
   for (;;) {
     const int key = GetKey(true);
     if (key == kEsc) return 0;

@@ -30,9 +30,6 @@ constexpr int kStarting = 241;    // "Starting management agents."
 constexpr int kCollect = 242;     // "Collect extra troubleshooting information"
 constexpr int kCollecting = 243;  // "Collecting host agent live core information."
 constexpr int kDone = 115;        // "Done."
-constexpr const char* kFooterConfirm =
-    "{align:right}{color:black}<F11>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
-    "{color:dark-grey}Cancel{/color}{/align}";
 
 // The thread gets the host backend, nothing of the console: it logs and asks the host only.
 void* CollectLiveCore(void* argument) {
@@ -91,7 +88,7 @@ int RestartAgentsDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(GetString(kWarning));
   label_->SetText(GetString(kQuestion));
-  SetFooter(kFooterConfirm);
+  SetFooter(kFooterF11OkCancel);
   list_->Draw();
   for (;;) {
     const int key = GetKey(true);

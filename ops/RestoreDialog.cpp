@@ -8,6 +8,7 @@
 #include "ops/CommandRunner.h"
 #include "ops/Events.h"
 #include "ops/PowerConfirmDialog.h"
+#include "ui/Footers.h"
 #include "ui/FormKeys.h"
 
 namespace Konu {
@@ -21,9 +22,6 @@ constexpr int kQuestion = 172;    // "Reset System Configuration now?"
 constexpr int kResetTitle = 173;  // "Reset System Configuration"
 constexpr int kPleaseWait = 174;  // "Please wait while the default settings are restored."
 constexpr int kRestored = 175;    // "Default settings are restored. Press <Enter> to restart your host."
-constexpr const char* kFooterConfirm =
-    "{align:right}{color:black}<F11>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
-    "{color:dark-grey}Cancel{/color}{/align}";
 constexpr const char* kFooterRestart =
     "{align:right}{color:black}<Enter>{/color} {color:dark-grey}Restart Host{/color}{/align}";
 constexpr const char* kReset = "/sbin/firmwareConfig.py --reset-only > /dev/null 2>&1";
@@ -40,7 +38,7 @@ int RestoreDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(GetString(kWarning));
   label_->SetText(GetString(kQuestion));
-  SetFooter(kFooterConfirm);
+  SetFooter(kFooterF11OkCancel);
   for (;;) {
     const int key = GetKey(true);
     if (key == kKeyEsc) return 0;

@@ -3,7 +3,7 @@
 # As root it installs them; otherwise it prints the apt-get line and fails.
 set -euo pipefail
 pkgs=(cmake make g++ pkg-config libncurses-dev libpam0g-dev libpam-wrapper libvterm-dev
-      nlohmann-json3-dev libgtest-dev libgmock-dev openssl openssh-client)
+      nlohmann-json3-dev libgtest-dev libgmock-dev libaudit-dev openssl openssh-client)
 case "${1:-}" in
   --sanitize | --fuzz) pkgs+=(clang libclang-rt-14-dev) ;;
   --bench) pkgs+=(dialog whiptail) ;;

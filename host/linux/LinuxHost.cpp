@@ -2,7 +2,9 @@
 #include "host/linux/LinuxHost.h"
 
 #include "host/HostCtlException.h"
+#include "host/linux/LinuxAuditLog.h"
 #include "host/linux/LinuxServices.h"
+#include "host/linux/LinuxSmartCardInfo.h"
 
 namespace HostCtl::Linux {
 namespace {

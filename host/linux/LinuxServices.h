@@ -52,6 +52,7 @@ class LinuxNetworkInfo : public Network::NetworkInfo {
   void SetNukIpv6Enabled(bool enabled) override;
   std::vector<Network::Pnic> GetPnics() const override;
   Network::Pnic GetPnic(const std::string& name) const override;
+  void RestoreFactoryNetwork() override { ThrowNotSupported(); }
 
  private:
   LinuxFiles files_;
@@ -157,12 +158,6 @@ class LinuxHardwareInfo : public HardwareInfo {
   LinuxFiles files_;
 };
 
-// No smart-card reader support on a plain Linux host: no slots.
-class LinuxSmartCardInfo : public SmartCardInfo {
- public:
-  std::vector<SmartCardSlot> GetSlots() const override { return {}; }
-};
-
 class LinuxSystemInfo : public SystemInfo {
  public:
   explicit LinuxSystemInfo(std::string root) : files_(std::move(root)) {}
@@ -177,6 +172,8 @@ class LinuxSystemInfo : public SystemInfo {
   void SetKeyboardLayout(const std::string& layout) override;
   FirewallRuleset GetFirewallRulesetById(const std::string&) const override { ThrowNotSupported(); }
   void SetFirewallRulesetEnabled(const std::string&, bool) override { ThrowNotSupported(); }
+  // Not asked of libvirt here: the console then warns as if machines ran.
+  bool HasRunningVms() const override { ThrowNotSupported(); }
 
  private:
   LinuxFiles files_;
@@ -225,13 +222,6 @@ class LinuxEventLib : public EventLib {
  private:
   LinuxFiles files_;
   bool open_ = false;
-};
-
-class LinuxAuditLog : public AuditLog {
- public:
-  void CblAudit_VLog(const std::string& record, const std::string& user, const std::string& origin,
-                     int success,
-                     const std::vector<std::pair<std::string, std::string>>& attributes) override;
 };
 
 }  // namespace HostCtl::Linux

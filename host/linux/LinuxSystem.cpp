@@ -222,13 +222,4 @@ int LinuxEventLib::ZebUserLib_AddZeb(const std::string& message) {
   return 0;
 }
 
-void LinuxAuditLog::CblAudit_VLog(const std::string& record, const std::string& user,
-                                  const std::string& origin, int success,
-                                  const std::vector<std::pair<std::string, std::string>>& attributes) {
-  std::string line = "audit: " + record + " user=\"" + user + "\" origin=\"" + origin +
-                     "\" success=" + std::to_string(success);
-  for (const auto& [key, value] : attributes) line += " " + key + "=\"" + value + "\"";
-  Konu::Log(LOG_AUTH | LOG_INFO, "%s", line.c_str());
-}
-
 }  // namespace HostCtl::Linux

@@ -6,6 +6,8 @@
 //   /network/ipv6Enabled                     IPv6 in the running kernel
 //   /network/ipv6EnabledAfterReboot          IPv6 after the next boot (written here)
 //   /network/pnics/<nic> {label, mac, linkUp, speedMbps, duplex, driver, pci (optional)}
+// The factory restore rewrites /network/vswitches, /network/dvSwitches, /network/nukNics and
+// /network/dns/defaultTcpipStack/fromDhcp, and takes a DHCP lease (see SimNukNic).
 #include <algorithm>
 #include <cctype>
 
@@ -99,6 +101,47 @@ Network::Pnic SimNetworkInfo::GetPnic(const std::string& name) const {
   const json& all = NodeAt(state, "/network/pnics");
   if (!all.is_object() || !all.contains(name)) ThrowNotFound("Physical NIC", name);
   return PnicFrom(name, all[name]);
+}
+
+void SimNetworkInfo::RestoreFactoryNetwork() {
+  // Read first: the NICs' order is the one GetPnics gives.
+  const std::vector<Network::Pnic> pnics = GetPnics();
+  const auto connected =
+      std::find_if(pnics.begin(), pnics.end(), [](const auto& pnic) { return pnic.linkUp; });
+  state_.Update("NetworkInfo.RestoreFactoryNetwork", [&](json& state) {
+    json& network = state["network"];
+    std::string name = ValueAt<std::string>(network, "/managementInterface", "");
+    if (name.empty()) name = "nuk0";
+    const json uplinks = connected == pnics.end() ? json::array() : json::array({connected->name});
+    const json old = NodeAt(network, "/nukNics/" + PointerKey(name));
+    std::string mac = ValueAt<std::string>(old, "/mac", "");
+    if (connected != pnics.end()) mac = connected->macAddress.GetStringAddress();
+
+    network["vswitches"] = {{"vSwitch0",
+                             {{"uplinks", uplinks},
+                              {"portGroups",
+                               {{"Management Network",
+                                 {{"vlanId", 0},
+                                  {"teaming",
+                                   {{"maxActiveUplinks", 1},
+                                    {"explicitOrder", false},
+                                    {"activeUplinks", uplinks},
+                                    {"standbyUplinks", json::array()}}}}}}}}}};
+    network["dvSwitches"] = json::object();
+    network["nukNics"] = {
+        {name,
+         {{"mac", mac},
+          {"portGroup", "Management Network"},
+          {"switch", "vSwitch0"},
+          {"up", ValueAt<bool>(old, "/up", true)},
+          {"dhcpBound", false},
+          {"dnsFromDhcp", true},
+          {"ipv4", {{"dhcp", true}, {"none", false}, {"address", "0.0.0.0"}, {"netmask", "0.0.0.0"}}},
+          {"ipv6", {{"dhcp", false}, {"routerAdvertised", true}, {"addresses", json::array()}}}}}};
+    network["managementInterface"] = name;
+    network["dns"]["defaultTcpipStack"]["fromDhcp"] = true;
+    AcquireIpv4Lease(state, name);
+  });
 }
 
 }  // namespace HostCtl::Sim

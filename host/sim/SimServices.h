@@ -20,6 +20,7 @@ class SimNetworkInfo : public Network::NetworkInfo {
   void SetNukIpv6Enabled(bool enabled) override;
   std::vector<Network::Pnic> GetPnics() const override;
   Network::Pnic GetPnic(const std::string& name) const override;
+  void RestoreFactoryNetwork() override;
 
  private:
   SimState state_;
@@ -126,6 +127,7 @@ class SimSystemInfo : public SystemInfo {
   void SetKeyboardLayout(const std::string& layout) override;
   FirewallRuleset GetFirewallRulesetById(const std::string& id) const override;
   void SetFirewallRulesetEnabled(const std::string& id, bool enabled) override;
+  bool HasRunningVms() const override;
 
  private:
   SimState state_;

@@ -6,6 +6,7 @@
 //   /keyboard/current, /keyboard/layouts
 //   /keyboard/loaded                   the layout whose key map the console loaded last (written here)
 //   /firewall/<rulesetId>/enabled
+//   /vms/*/powerState                  "poweredOn" for a running machine
 #include <algorithm>
 
 #include "host/HostCtlException.h"
@@ -79,6 +80,15 @@ void SimSystemInfo::SetFirewallRulesetEnabled(const std::string& id, bool enable
     json& all = state["firewall"];
     if (!all.is_object() || !all.contains(id)) ThrowNotFound("Firewall ruleset", id);
     all[id]["enabled"] = enabled;
+  });
+}
+
+bool SimSystemInfo::HasRunningVms() const {
+  const nlohmann::json state = state_.Read("SystemInfo.HasRunningVms");
+  const nlohmann::json& vms = NodeAt(state, "/vms");
+  if (!vms.is_array()) return false;
+  return std::any_of(vms.begin(), vms.end(), [](const nlohmann::json& vm) {
+    return ValueAt<std::string>(vm, "/powerState", "") == "poweredOn";
   });
 }
 

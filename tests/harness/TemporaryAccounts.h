@@ -48,10 +48,13 @@ class TemporaryAccounts {
 
   const std::string& Etc() const { return etc_; }
 
-  // The user's shadow line: `hash` and the day of the last change ("0": must change now).
-  void SetShadow(const std::string& hash, const std::string& lastChange) {
+  // The user's shadow line: `hash`, the day of the last change ("0": must change now), the
+  // days a password lasts and the day the account expires ("": never).
+  void SetShadow(const std::string& hash, const std::string& lastChange, const std::string& maxDays = "99999",
+                 const std::string& expires = "") {
     std::ofstream(etc_ + "/shadow") << "root:*:19000:0:99999:7:::\n"
-                                    << kUser << ":" << hash << ":" << lastChange << ":0:99999:7:::\n";
+                                    << kUser << ":" << hash << ":" << lastChange << ":0:" << maxDays
+                                    << ":7::" << expires << ":\n";
     chmod((etc_ + "/shadow").c_str(), 0640);
   }
 

@@ -86,6 +86,7 @@ class RecordingNetworkInfo : public HostCtl::Network::NetworkInfo {
   void SetNukIpv6Enabled(bool) override {}
   std::vector<HostCtl::Network::Pnic> GetPnics() const override { return {}; }
   HostCtl::Network::Pnic GetPnic(const std::string&) const override { throw HostCtlException("no such NIC"); }
+  void RestoreFactoryNetwork() override {}
 
  private:
   Record& r_;

@@ -323,12 +323,22 @@ TEST_F(LinuxFixture, DnsAndRouting) {
   EXPECT_EQ(routing->GetIpv6NuKernelDefaultGateway().GetScopedStringAddress(), "fe80::1%eth0");
 }
 
-TEST_F(LinuxFixture, HardwareKeymapsAndVersion) {
+TEST_F(LinuxFixture, HardwareSupportFactsKeymapsAndVersion) {
   auto hw = host_->CreateHardwareInfo()->GetHardware();
   EXPECT_EQ(hw.vendor, "  Tessera Computing Inc.  ");  // trimmed by the screen, as reported here
   EXPECT_EQ(hw.product, "TX740");
   EXPECT_EQ(hw.cpuPackages, 2u);
   EXPECT_EQ(hw.memoryBytes, 16314564ull * 1024);
+  // Support facts: trailing blanks dropped, a firmware placeholder is no value, an
+  // unreadable file (no BIOS version here) is empty.
+  Write("/sys/class/dmi/id/product_serial", "TX7-40321  \n");
+  Write("/sys/class/dmi/id/chassis_asset_tag", "To Be Filled By O.E.M.\n");
+  auto support = host_->CreateSupportInfo()->GetSupportFacts();
+  EXPECT_EQ(support.serviceTag, "TX7-40321");
+  EXPECT_EQ(support.assetTag, "");
+  EXPECT_EQ(support.biosVersion, "");
+  Write("/sys/class/dmi/id/bios_version", "2.14.1\n");
+  EXPECT_EQ(host_->CreateSupportInfo()->GetSupportFacts().biosVersion, "2.14.1");
 
   auto system = host_->CreateSystemInfo();
   EXPECT_EQ(system->GetKeyboardLayouts(), (std::vector<std::string>{"de", "fr", "us"}));
@@ -348,7 +358,6 @@ TEST_F(LinuxFixture, HardwareKeymapsAndVersion) {
 
   EXPECT_EQ(host_->CreateAdvancedOptions()->FindOption("/UserVars/NoSuchOption"), nullptr);
   EXPECT_FALSE(host_->CreateAdvancedOptions()->UserOptionExists("PXEBootEnabled"));
-  EXPECT_TRUE(host_->CreateSmartCardInfo()->GetSlots().empty());
 }
 
 TEST(LinuxShellExec, ReturnsTheStatus) {

@@ -105,15 +105,36 @@ TEST_F(LinuxPam, RealPamUnixAuthenticatesRefusesReportsExpiryAndChanges) {
   EXPECT_EQ(shadow.find("konusalt"), std::string::npos) << shadow;
   EXPECT_NE(shadow.find(std::string(kUser) + ":$"), std::string::npos) << shadow;
 
-  // A password that must be changed first (last change "0") is reported as such.
+  // Expiry from the shadow fields: a password to be changed now or aged out is reported as
+  // such and can be changed. An expired account is refused and cannot be changed; the
+  // common stacks end every refusal of pam_unix in pam_deny, so it reads as a wrong password.
   std::string hash = shadow.substr(shadow.find(kUser) + strlen(kUser) + 1);
   hash.erase(hash.find(':'));
-  accounts_.SetShadow(hash, "0");
-  std::string expired = InNamespace([] {
-    Konu::SetLogSink(std::make_unique<NoLog>());
-    return std::to_string(Konu::Authenticate(kUser, kNewPassword));
-  });
-  EXPECT_EQ(expired, std::to_string(PAM_NEW_AUTHTOK_REQD));
+  const struct {
+    const char* name;
+    const char* lastChange;
+    const char* maxDays;
+    const char* expires;
+    int status;
+    bool changes;
+  } kCases[] = {
+      {"must change now", "0", "99999", "", PAM_NEW_AUTHTOK_REQD, true},
+      {"password aged out", "19000", "1", "", PAM_NEW_AUTHTOK_REQD, true},
+      {"account expired", "19000", "99999", "1", PAM_AUTH_ERR, false},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.name);
+    accounts_.SetShadow(hash, c.lastChange, c.maxDays, c.expires);
+    std::string answers = InNamespace([] {
+      Konu::SetLogSink(std::make_unique<NoLog>());
+      std::string out = std::to_string(Konu::Authenticate(kUser, kNewPassword));
+      out += " " + std::to_string(Konu::ChangePassword(kUser, kNewPassword, "Third-Gate-71"));
+      return out + " " + std::to_string(Konu::Authenticate(kUser, "Third-Gate-71"));
+    });
+    const int after = c.changes ? PAM_SUCCESS : c.status;
+    EXPECT_EQ(answers,
+              std::to_string(c.status) + " " + std::to_string(c.changes) + " " + std::to_string(after));
+  }
 }
 
 }  // namespace

@@ -2,12 +2,14 @@
 // gcore, ping, ...) taken from a folder of recording stand-ins and every file under a
 // temporary root: the argument vectors, the files written and the exit codes. Nothing here
 // reaches the machine's services. Also the backend's options and keyboard over the same
-// stand-ins.
+// stand-ins, audit records with a stand-in kernel, and smart cards through a stand-in
+// PC/SC library.
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <sys/wait.h>
+#include <syslog.h>
 
 #include <cerrno>
 #include <cstdlib>
@@ -15,7 +17,10 @@
 #include <filesystem>
 
 #include "host/HostCtlException.h"
+#include "host/Log.h"
+#include "host/linux/LinuxAuditLog.h"
 #include "host/linux/LinuxHost.h"
+#include "host/linux/LinuxSmartCardInfo.h"
 #include "tests/harness/SimHost.h"
 
 namespace fs = std::filesystem;
@@ -309,6 +314,88 @@ TEST_F(LinuxTools, BackendEventsReachTheJournalWithTheirId) {
   EXPECT_EQ(std::string(entry, static_cast<size_t>(n)),
             "MESSAGE=Rebooting "
             "host\nPRIORITY=6\nSYSLOG_IDENTIFIER=KONU\nKONU_EVENT_ID=zeb.user.konu.reboot.host\n");
+}
+
+// The kernel's audit subsystem as the tests want it: whether it opens, what a send answers,
+// and what it was sent.
+struct StandInKernel {
+  static inline int openResult, sendResult, opened, closed;
+  static inline std::string sent;
+  static int Open() { return opened += openResult >= 0, openResult; }
+  static int Send(int, int type, const char* message, const char*, const char* address, const char*,
+                  int result) {
+    sent = std::to_string(type) + " " + message + " addr=" + (address ? address : "-") +
+           " res=" + std::to_string(result);
+    return sendResult;
+  }
+  static void Close(int) { ++closed; }
+};
+
+class Lines : public Konu::LogSink {
+ public:
+  explicit Lines(std::string* to) : to_(to) {}
+  void Write(int priority, const std::string& text) override {
+    *to_ += std::to_string(priority) + " " + text + "\n";
+  }
+
+ private:
+  std::string* to_;
+};
+
+TEST(LinuxBackend, AuditRecordsGoToTheKernelElseTheJournal) {
+  const HostCtl::Linux::AuditApi kernel{StandInKernel::Open, StandInKernel::Send, StandInKernel::Close};
+  const std::string journalLine = std::to_string(LOG_AUTH | LOG_INFO) +
+                                  " audit: login.connect user=\"a b\" origin=\"\" success=0 "
+                                  "reason=\"Invalid Login\"\n";
+  const struct {
+    const char* name;
+    int openResult, sendResult;
+    bool toKernel;
+  } kCases[] = {
+      {"no audit subsystem (or a container)", -1, 0, false},
+      {"nobody listens", 5, 0, false},
+      {"refused", 5, -1, false},
+      {"taken", 5, 120, true},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.name);
+    StandInKernel::openResult = c.openResult;
+    StandInKernel::sendResult = c.sendResult;
+    StandInKernel::opened = StandInKernel::closed = 0;
+    StandInKernel::sent.clear();
+    std::string logged;
+    Konu::SetLogSink(std::make_unique<Lines>(&logged));
+    HostCtl::Linux::LinuxAuditLog(kernel).CblAudit_VLog("login.connect", "a b", "", 0,
+                                                        {{"reason", "Invalid Login"}});
+    Konu::SetLogSink(std::make_unique<Konu::SyslogSink>());
+    EXPECT_EQ(logged, c.toKernel ? "" : journalLine);
+    EXPECT_EQ(StandInKernel::closed, StandInKernel::opened) << "every descriptor closed";
+    // A login is USER_LOGIN; values with blanks (a typed name is untrusted) go hex-encoded.
+    const std::string sent =
+        c.openResult >= 0 ? "1112 op=login.connect acct=612062 reason=496E76616C6964204C6F67696E addr=- res=0"
+                          : "";
+    EXPECT_EQ(StandInKernel::sent, sent);
+  }
+  HostCtl::Linux::LinuxAuditLog(kernel).CblAudit_VLog("login.disconnect", "root", "192.0.2.7", 1, {});
+  EXPECT_EQ(StandInKernel::sent, "1113 op=login.disconnect acct=\"root\" addr=192.0.2.7 res=1");
+}
+
+TEST(LinuxBackend, SmartCardReadersThroughPcscElseNone) {
+  const std::string standIn = KonuTest::BuildDir() + "/tests/libkonu-pcsc-standin.so";
+  auto slots = HostCtl::Linux::LinuxSmartCardInfo(standIn).GetSlots();
+  ASSERT_EQ(slots.size(), 2u);
+  EXPECT_EQ(slots[0].name, "Reader A");
+  ASSERT_TRUE(slots[0].token.has_value()) << "a card in the first reader";
+  EXPECT_EQ(slots[0].token->userId, "") << "whose card it is, is not read";
+  EXPECT_EQ(slots[1].name, "Reader B");
+  EXPECT_FALSE(slots[1].token.has_value());
+
+  for (const char* machine : {"no-service", "no-readers"}) {
+    setenv("KONU_PCSC_STANDIN", machine, 1);
+    EXPECT_TRUE(HostCtl::Linux::LinuxSmartCardInfo(standIn).GetSlots().empty()) << machine;
+  }
+  unsetenv("KONU_PCSC_STANDIN");
+  EXPECT_TRUE(HostCtl::Linux::LinuxSmartCardInfo("/nonexistent/libpcsclite.so.1").GetSlots().empty());
 }
 
 }  // namespace

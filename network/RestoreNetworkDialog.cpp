@@ -1,0 +1,60 @@
+// RestoreNetworkDialog: 70 x 12, the question under the text; F11, then the running-VMs
+// warning when needed, then the restore.
+#include "network/RestoreNetworkDialog.h"
+
+#include <curses.h>
+#include <syslog.h>
+
+#include "app/Runtime.h"
+#include "host/Host.h"
+#include "host/HostCtlException.h"
+#include "host/Log.h"
+#include "network/DoRestoreNetworkDialog.h"
+#include "ops/RunningVMsWarningDialog.h"
+#include "ui/Footers.h"
+#include "ui/FormKeys.h"
+
+namespace Konu {
+namespace {
+
+constexpr int kWidth = 70;
+constexpr int kHeight = 12;
+constexpr int kHeaderHeight = 7;
+constexpr int kTitle = 182;  // "Restore Network Factory Settings"
+constexpr int kText = 183;   // "This option will reset the host network configuration ..."
+constexpr int kQuestion = 184;
+// A host that cannot say is taken to run machines: the warning costs one key.
+bool VmsMayRun() {
+  try {
+    return Runtime::Get().Host().CreateSystemInfo()->HasRunningVms();
+  } catch (const HostCtl::Lib::HostCtlException& e) {
+    Log(LOG_WARNING, "Cannot tell whether virtual machines are running: %s", e.what());
+    return true;
+  }
+}
+
+}  // namespace
+
+RestoreNetworkDialog::RestoreNetworkDialog(Frame* owner) : Dialog(owner, kWidth, kHeight, kHeaderHeight) {
+  Window* content = Content();
+  question_ = std::make_unique<TextArea>(content, 0, 0, content->Width(), content->Height(), 0);
+}
+
+RestoreNetworkDialog::~RestoreNetworkDialog() = default;
+
+int RestoreNetworkDialog::EventLoop() {
+  SetTitle(GetString(kTitle));
+  SetText(GetString(kText));
+  question_->SetText(GetString(kQuestion));
+  SetFooter(kFooterF11OkCancel);
+  for (;;) {
+    const int key = GetKey(true);
+    if (key == kKeyEsc) return 0;
+    if (key == KEY_F(11)) break;
+  }
+  if (VmsMayRun() && RunningVMsWarningDialog(this).RunModal() != 1) return 0;
+  DoRestoreNetworkDialog(this).RunModal();
+  return 1;
+}
+
+}  // namespace Konu
