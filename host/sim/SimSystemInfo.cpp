@@ -84,7 +84,8 @@ void SimSystemInfo::SetFirewallRulesetEnabled(const std::string& id, bool enable
 }
 
 bool SimSystemInfo::HasRunningVms() const {
-  const nlohmann::json state = state_.Read("SystemInfo.HasRunningVms");
+  const auto snapshot = state_.Read("SystemInfo.HasRunningVms");
+  const nlohmann::json& state = *snapshot;
   const nlohmann::json& vms = NodeAt(state, "/vms");
   if (!vms.is_array()) return false;
   return std::any_of(vms.begin(), vms.end(), [](const nlohmann::json& vm) {
