@@ -14,6 +14,7 @@
 #include "app/Input.h"
 #include "app/Runtime.h"
 #include "app/TerminalRestore.h"
+#include "host/ChildRegistry.h"
 #include "host/Log.h"
 
 namespace Konu {
@@ -85,6 +86,7 @@ void* SignalLoop(void* raw) {
       continue;
     }
     if (sig == 0) {
+      EndChildren();
       EmergencyRestoreTerminal();
       _exit(0);
     }
@@ -93,6 +95,9 @@ void* SignalLoop(void* raw) {
     while (write(args->writeFd, &byte, 1) < 0 && errno == EINTR) {
     }
     if (byte == kTerminateByte && deadline == 0) {
+      // Whatever the console waits for gives way at once: no child outlives the console,
+      // and a wait on a child that is not watching the signal pipe returns.
+      KillAllChildren();
       deadline = kUnblockAfterMilliseconds;
       since = Now();
     }

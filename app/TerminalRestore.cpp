@@ -13,6 +13,8 @@
 #include <cstring>
 #include <exception>
 
+#include "host/ChildRegistry.h"
+
 namespace Konu {
 namespace {
 
@@ -38,6 +40,7 @@ void Append(const char* capability) {
 }
 
 [[noreturn]] void RestoreThenAbort() {
+  EndChildren();
   EmergencyRestoreTerminal();
   abort();
 }

@@ -18,7 +18,7 @@ void AppendJournal(const std::string& root, const std::vector<std::string>& argv
   struct tm utc;
   gmtime_r(&now, &utc);
   strftime(stamp, sizeof stamp, "%Y-%m-%dT%H:%M:%SZ", &utc);
-  nlohmann::json line = {{"argv", argv}, {"user", user}, {"exit", exit}, {"time", stamp}};
+  nlohmann::json line = {{"argv", argv}, {"user", user}, {"exit", exit}, {"pid", getpid()}, {"time", stamp}};
   std::string text = line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
   int fd = open(JournalPath(root).c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
   if (fd < 0) return;

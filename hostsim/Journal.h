@@ -1,8 +1,10 @@
 // The tool journal of a simulated host: var/log/hostsim.log, one JSON object a line.
 //
-//   {"argv":["qal-cmd","-U","root","hostsvc/start_ssh"],"exit":0,"time":"2024-05-01T10:00:00Z","user":"root"}
+//   {"argv":["qal-cmd","-U","root","hostsvc/start_ssh"],"exit":0,"pid":4711,"time":"2024-05-01T10:00:00Z",
+//    "user":"root"}
 //
 // "exit" is the exit code, or "hang" for a run that was made to hang (written before it hangs).
+// "pid" is the tool's process id (a hanging run can be found and checked on).
 // "user" is the user the tool acted as (qal-cmd: its -U user; others: the process's user).
 #pragma once
 

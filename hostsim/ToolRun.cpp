@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <pwd.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -69,6 +70,7 @@ int ToolRun::Run(int (*body)(ToolRun&)) {
       Out(fault->out);
       Err(fault->err);
       if (fault->hang) {
+        if (fault->ignoreHangup) signal(SIGHUP, SIG_IGN);
         Flush();
         Journal("hang");
         for (;;) pause();

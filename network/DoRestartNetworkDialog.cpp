@@ -63,6 +63,7 @@ DoRestartNetworkDialog::~DoRestartNetworkDialog() = default;
 void DoRestartNetworkDialog::Append(const std::string& text) {
   progress_->AppendText(text);
   Update();
+  Paint();  // each step shows before the next one runs
 }
 
 int DoRestartNetworkDialog::EventLoop() {

@@ -44,6 +44,7 @@ DoRestoreNetworkDialog::~DoRestoreNetworkDialog() = default;
 void DoRestoreNetworkDialog::Append(const std::string& text) {
   progress_->AppendText(text);
   Update();
+  Paint();  // each step shows before the next one runs
 }
 
 bool DoRestoreNetworkDialog::Failed(const char* step, const std::string& message) {

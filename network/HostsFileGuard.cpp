@@ -7,8 +7,10 @@
 #include <cctype>
 #include <filesystem>
 #include <fstream>
+#include <mutex>
 #include <sstream>
 
+#include "host/ChildRegistry.h"
 #include "host/HostRoot.h"
 #include "host/Log.h"
 
@@ -16,6 +18,35 @@ namespace Konu {
 namespace {
 
 namespace fs = std::filesystem;
+
+// The hosts file while a guard holds it set aside. The guard puts it back; when the console
+// ends first (the guard lives on a worker thread), the way out does.
+struct SetAside {
+  std::mutex lock;
+  bool held = false;
+  std::string hosts;
+  std::string backup;
+};
+
+SetAside& TheSetAside() {
+  static SetAside* setAside = new SetAside;  // used on the way out: never destroyed
+  return *setAside;
+}
+
+// Copies the backup back over the hosts file, once; called with the lock held.
+void PutBack(SetAside& setAside) {
+  if (!setAside.held) return;
+  setAside.held = false;
+  std::error_code error;
+  fs::copy_file(setAside.backup, setAside.hosts, fs::copy_options::overwrite_existing, error);
+  if (error) Log(LOG_ERR, "failed to restore /etc/hosts: %s", error.message().c_str());
+}
+
+void PutBackOnEnd() {
+  SetAside& setAside = TheSetAside();
+  std::lock_guard<std::mutex> held(setAside.lock);
+  PutBack(setAside);
+}
 
 std::string Lower(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
@@ -59,14 +90,21 @@ std::string HostsFileGuard::WithoutNames(const std::string& text, const std::vec
 }
 
 HostsFileGuard::HostsFileGuard(const std::vector<std::string>& names) {
+  SetAside& setAside = TheSetAside();
+  std::lock_guard<std::mutex> held(setAside.lock);
+  if (ChildrenEnding()) return;  // the way out may have passed: set nothing aside now
+  AtChildrenEnd(PutBackOnEnd);
   const std::string hosts = HostPath("/etc/hosts");
+  const std::string backup = HostPath("/etc/hosts.backup");
   std::error_code error;
-  fs::copy_file(hosts, HostPath("/etc/hosts.backup"), fs::copy_options::overwrite_existing, error);
+  fs::copy_file(hosts, backup, fs::copy_options::overwrite_existing, error);
   if (error) {
     Log(LOG_ERR, "failed to backup /etc/hosts: %s", error.message().c_str());
     return;
   }
-  backedUp_ = true;
+  setAside.held = true;
+  setAside.hosts = hosts;
+  setAside.backup = backup;
   std::ifstream in(hosts, std::ios::binary);
   std::ostringstream text;
   text << in.rdbuf();
@@ -74,12 +112,6 @@ HostsFileGuard::HostsFileGuard(const std::vector<std::string>& names) {
   if (stripped != text.str()) std::ofstream(hosts, std::ios::binary | std::ios::trunc) << stripped;
 }
 
-HostsFileGuard::~HostsFileGuard() {
-  if (!backedUp_) return;
-  std::error_code error;
-  fs::copy_file(HostPath("/etc/hosts.backup"), HostPath("/etc/hosts"), fs::copy_options::overwrite_existing,
-                error);
-  if (error) Log(LOG_ERR, "failed to restore /etc/hosts: %s", error.message().c_str());
-}
+HostsFileGuard::~HostsFileGuard() { PutBackOnEnd(); }
 
 }  // namespace Konu

@@ -14,7 +14,9 @@ class HostsFileGuard {
   // ("failed to backup /etc/hosts: %s") and leaves "/etc/hosts" as it is.
   explicit HostsFileGuard(const std::vector<std::string>& names);
   // Copies the backup back over "/etc/hosts" when one was made; a failure is logged
-  // ("failed to restore /etc/hosts: %s").
+  // ("failed to restore /etc/hosts: %s"). When the console ends while a guard holds the file
+  // (on the network test's worker thread), the way out puts it back instead; a guard made
+  // once the console is ending sets nothing aside.
   ~HostsFileGuard();
 
   HostsFileGuard(const HostsFileGuard&) = delete;
@@ -22,9 +24,6 @@ class HostsFileGuard {
 
   // The hosts file's text without `names` (exposed for its own test).
   static std::string WithoutNames(const std::string& text, const std::vector<std::string>& names);
-
- private:
-  bool backedUp_ = false;
 };
 
 }  // namespace Konu

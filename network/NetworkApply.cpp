@@ -144,6 +144,7 @@ void NetworkWindow::Apply() {
     if (ipv4Changed) {
       Refresh();
       Update();
+      Paint();  // the new address shows while the interface takes it
     }
     nic.SetIpConfig(applied);
     if (wasBound && applied.GetUseDhcp()) nic.SetDhcpBound(true);

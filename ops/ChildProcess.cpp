@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <utility>
 
+#include "host/ChildRegistry.h"
+
 namespace Konu {
 namespace {
 
@@ -73,9 +75,7 @@ int ChildProcess::Spawn(const std::string& path, const char* const argv[], const
   SpawnSetup setup;
   if (int rc = setup.Prepare(stdinFd, stdoutFd, stderrFd)) return rc;
   pid_t pid = -1;
-  int rc = posix_spawn(&pid, path.c_str(), setup.Actions(), setup.Attributes(),
-                       const_cast<char* const*>(argv), const_cast<char* const*>(envp));
-  if (rc != 0) return rc;
+  if (int rc = SpawnChild(&pid, path.c_str(), setup.Actions(), setup.Attributes(), argv, envp)) return rc;
   pid_ = pid;
   return 0;
 }
@@ -91,7 +91,7 @@ pid_t ChildProcess::TryWait(int& status) {
     errno = ECHILD;
     return -1;
   }
-  return Settle(waitpid(pid_, &status, WNOHANG));
+  return Settle(WaitChild(pid_, &status, false));
 }
 
 pid_t ChildProcess::Wait(int& status) {
@@ -99,21 +99,21 @@ pid_t ChildProcess::Wait(int& status) {
     errno = ECHILD;
     return -1;
   }
-  return Settle(waitpid(pid_, &status, 0));
+  return Settle(WaitChild(pid_, &status, true));
 }
 
 void ChildProcess::KillAndAbandon() {
   if (pid_ <= 0) return;
-  kill(pid_, SIGKILL);
+  KillAndForgetChild(pid_);
   pid_ = -1;
 }
 
 void ChildProcess::KillAndReap() {
   if (pid_ <= 0) return;
   int savedErrno = errno;
-  kill(pid_, SIGKILL);
-  while (waitpid(pid_, nullptr, 0) < 0 && errno == EINTR) {
-  }
+  KillChild(pid_);
+  int status = 0;
+  WaitChild(pid_, &status, true);
   pid_ = -1;
   errno = savedErrno;
 }

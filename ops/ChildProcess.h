@@ -1,5 +1,6 @@
-// One spawned child process: started with posix_spawn, waited for by its owner, and
-// killed and reaped if the owner lets it go while it may still run.
+// One spawned child process: started with posix_spawn and recorded (host/ChildRegistry, so
+// that it never outlives the console), waited for by its owner, and killed and reaped if the
+// owner lets it go while it may still run.
 #pragma once
 
 #include <sys/types.h>

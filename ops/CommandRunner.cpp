@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "app/Input.h"
+#include "host/ChildRegistry.h"
 #include "host/CommandLine.h"
 #include "host/HostRoot.h"
 #include "host/Log.h"
@@ -201,6 +202,8 @@ bool WaitAndRead(ChildProcess& child, int timeLimit, OutputStream& out, OutputSt
     int ended = -1;
     pid_t result = child.TryWait(ended);
     if (result != 0) {
+      // Killed because the console ends: the user-interface thread ends it now.
+      if (signalFd >= 0 && ChildrenEnding()) std::exit(0);
       if (result > 0) status = ended;
       // What the child wrote before it ended is in the pipes now.
       out.ReadAvailable();

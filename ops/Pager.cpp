@@ -12,6 +12,7 @@
 
 #include "app/Runtime.h"
 #include "app/Session.h"
+#include "host/ChildRegistry.h"
 #include "host/HostRoot.h"
 #include "host/Log.h"
 #include "ops/ChildProcess.h"
@@ -78,6 +79,7 @@ int ViewInPager(const std::string& hostFile) {
   int status = 0;
   for (;;) {
     pid_t ended = pager.TryWait(status);
+    if (ended != 0 && ChildrenEnding()) std::exit(0);  // killed because the console ends
     if (ended < 0) return -1;
     if (ended > 0) break;
     AnswerSignals(pager);

@@ -34,6 +34,7 @@ int PowerConfirmDialog::EventLoop() {
   SetTitle(GetString(static_cast<uint32_t>(titleId_)));
   SetText(GetString(static_cast<uint32_t>(textId_)));
   Update();
+  Paint();  // shown while the virtual machines are powered off
   PowerOffVms(keepRunning_);
   // Any exit code but -1 means the host took the command: it is going down.
   if (RunShell(command_) == -1) return 0;

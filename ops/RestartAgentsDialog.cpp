@@ -82,6 +82,7 @@ void RestartAgentsDialog::ShowProgress(const std::string& text) {
   progress_ << text;
   label_->SetText(progress_.str());
   Update();
+  Paint();  // each step shows before the next one runs
 }
 
 int RestartAgentsDialog::EventLoop() {

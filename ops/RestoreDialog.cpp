@@ -50,6 +50,7 @@ int RestoreDialog::EventLoop() {
   SetTitle(GetString(kResetTitle));
   SetText(GetString(kPleaseWait));
   Update();
+  Paint();  // shown while the reset runs
   // The runner places the script's host path on this machine, as it does every program's.
   // A failed reset may leave the host half reset; nothing is rolled back or shown.
   if (RunShell(kReset) != 0) return 0;

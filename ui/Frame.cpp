@@ -121,6 +121,7 @@ int Frame::GetKey(bool idleTimeout, int wakeFd) {
       Update();
       dimmed = true;
     }
+    Paint();  // everything drawn since the last key goes out as one update
     int result;
     if (dimmed) {
       timeval span = Until(idleDeadline, now);

@@ -74,7 +74,7 @@ std::string InputItem::Line(int areaWidth, int* cursorColumn) {
 void InputItem::Draw(TextArea& area) {
   int column = 0;
   area.SetText(Line(area.Width(), &column));
-  area.SetCursor(column, 0);
+  if (IsFocused()) area.SetCursor(column, 0);  // only the focused field owns the cursor
 }
 
 void InputItem::HandleKey(int key) {

@@ -15,7 +15,7 @@ class InputItem : public Item {
   InputItem(std::string label, std::string value, int fieldWidth);
   // Gaining or losing the focus selects the whole value again.
   void FocusChanged(bool focused) override;
-  // Sets the row's text and moves the screen cursor onto the editing position.
+  // Sets the row's text; when focused, puts the screen cursor on the editing position.
   void Draw(TextArea& area) override;
 
   void SetValue(std::string value);

@@ -83,7 +83,6 @@ void ItemList::Draw() {
   if (focusedRow >= 0 && focusedRow < rows && focused >= 0 && focused < count) {
     items_[focused]->Draw(*rowAreas_[focusedRow]);
   }
-  refresh();
 }
 
 }  // namespace Konu

@@ -26,7 +26,7 @@ void Render(TextArea& area, std::string_view laidOut) {
     }
   }
   touchwin(window);
-  wrefresh(window);
+  wnoutrefresh(window);  // sent with the rest of the change at the next paint
 }
 
 }  // namespace Konu

@@ -1,5 +1,5 @@
-// Window: position, colours, the curses window and the child list; activation and the
-// cursor that top-level windows save while they are dimmed.
+// Window: position, colours, the curses window and the child list; activation, the cursor
+// that top-level windows save while they are dimmed, and the one paint per change.
 #include "ui/Window.h"
 
 #include <algorithm>
@@ -19,7 +19,13 @@ constexpr int kDimForeground = 6;
 
 WINDOW* MakeCursesWindow(Window* parent, int x, int y, int width, int height) {
   if (width <= 0 || height <= 0) return nullptr;  // curses would read 0 as "to the edge"
-  if (!parent) return newwin(height, width, y, x);
+  if (!parent) {
+    // curses clears the whole terminal on the first refresh of a full-screen window; the
+    // console paints over what is there instead (a clear costs a slow line a full repaint).
+    WINDOW* window = newwin(height, width, y, x);
+    if (window) clearok(window, FALSE);
+    return window;
+  }
   if (!parent->Curses()) return nullptr;
   return subwin(parent->Curses(), height, width, y, x);
 }
@@ -73,8 +79,6 @@ void Window::SetActive(bool active) {
       if (saved_.visible) {
         cursor.column = saved_.column;
         cursor.row = saved_.row;
-        move(cursor.row, cursor.column);
-        refresh();
       }
     }
   } else {
@@ -100,14 +104,9 @@ void Window::SetCursor(int column, int row) {
   CursorState& cursor = ScreenCursor();
   cursor.column = x_ + column;
   cursor.row = y_ + row;
-  move(cursor.row, cursor.column);
-  refresh();
 }
 
-void Window::ShowCursor(bool visible) {
-  curs_set(visible ? 1 : 0);
-  ScreenCursor().visible = visible;
-}
+void Window::ShowCursor(bool visible) { ScreenCursor().visible = visible; }
 
 void Window::Redraw() {
   if (window_.get()) wredrawln(window_.get(), 0, height_);
@@ -117,7 +116,20 @@ void Window::Redraw() {
 void Window::Update() {
   if (!window_.get()) return;
   touchwin(window_.get());
-  wrefresh(window_.get());
+  wnoutrefresh(window_.get());
+}
+
+void Window::Paint() {
+  const CursorState& cursor = ScreenCursor();
+  // Hidden before the update and shown after it, so the cursor never wanders visibly.
+  if (!cursor.visible) curs_set(0);
+  if (newscr) {
+    // A hidden cursor stays wherever the update leaves it: moving it would cost bytes.
+    leaveok(newscr, cursor.visible ? FALSE : TRUE);
+    if (cursor.visible) wmove(newscr, cursor.row, cursor.column);
+  }
+  doupdate();
+  if (cursor.visible) curs_set(1);
 }
 
 void Window::DeleteChildren() {

@@ -28,13 +28,18 @@ class Window {
   // Stores the colours (-1 = the parent's); when active, applies them and passes them down
   // to every descendant.
   void SetColors(int background, int foreground);
-  // Moves the screen cursor to this window's position plus the offsets and remembers it.
+  // The screen cursor goes to this window's position plus the offsets (or is shown or
+  // hidden) at the next Paint.
   void SetCursor(int column, int row);
   void ShowCursor(bool visible);
   // Marks every row of this window and its descendants for redrawing.
   void Redraw();
-  // Touches every row and refreshes the window.
+  // Touches every row and stages the window for the next Paint (nothing is sent yet).
   void Update();
+  // Sends what every Update staged since the last Paint to the terminal in one update,
+  // with the cursor where the focused field put it. The key reader paints before it waits;
+  // a screen that shows progress before a long step paints itself.
+  static void Paint();
   // Deletes the children one by one: only for children made with `new` and owned by no one
   // else.
   void DeleteChildren();

@@ -12,6 +12,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "host/ChildRegistry.h"
+
 extern char** environ;
 
 namespace HostCtl::Linux {
@@ -68,7 +70,7 @@ CommandResult RunLimited(const std::vector<std::string>& args, int seconds, cons
   posix_spawnattr_setsigmask(&attr, &none);
   posix_spawnattr_setflags(&attr, POSIX_SPAWN_SETSIGMASK);
   pid_t pid = 0;
-  int error = posix_spawnp(&pid, argv[0], &actions, &attr, argv.data(), environ);
+  int error = Konu::SpawnChild(&pid, argv[0], &actions, &attr, argv.data(), environ, /*searchPath=*/true);
   posix_spawn_file_actions_destroy(&actions);
   posix_spawnattr_destroy(&attr);
   if (fileFd >= 0) close(fileFd);
@@ -104,7 +106,7 @@ CommandResult RunLimited(const std::vector<std::string>& args, int seconds, cons
   }
   int status = 0;
   while (!result.timedOut) {
-    pid_t done = waitpid(pid, &status, WNOHANG);
+    pid_t done = Konu::WaitChild(pid, &status, false);
     if (done == pid) break;
     if (done < 0 && errno != EINTR) return result;
     if (NowMs() >= deadline) {
@@ -115,8 +117,8 @@ CommandResult RunLimited(const std::vector<std::string>& args, int seconds, cons
     nanosleep(&pause, nullptr);
   }
   if (result.timedOut) {
-    kill(pid, SIGKILL);
-    waitpid(pid, &status, 0);
+    Konu::KillChild(pid);
+    Konu::WaitChild(pid, &status, true);
     return result;
   }
   if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);

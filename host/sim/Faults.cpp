@@ -55,6 +55,7 @@ std::optional<ToolFault> TakeToolFault(nlohmann::json& state, const std::vector<
   fault.out = entry.value("stdout", "");
   fault.err = entry.value("stderr", "");
   fault.hang = entry.value("hang", false);
+  fault.ignoreHangup = entry.value("ignoreHangup", false);
   if (entry.contains("times") && entry["times"].is_number_integer()) {
     int left = entry["times"].get<int>() - 1;
     if (left <= 0)
@@ -71,8 +72,17 @@ std::optional<std::string> OperationFault(const nlohmann::json& state,
   if (!state.contains(operations)) return std::nullopt;
   const nlohmann::json& all = state.at(operations);
   auto found = all.find(serviceDotOperation);
-  if (found == all.end() || found->is_null()) return std::nullopt;
+  if (found == all.end() || found->is_null() || OperationHangs(state, serviceDotOperation))
+    return std::nullopt;
   return found->is_string() ? found->get<std::string>() : found->dump();
+}
+
+bool OperationHangs(const nlohmann::json& state, const std::string& serviceDotOperation) {
+  const nlohmann::json::json_pointer operations("/faults/operations");
+  if (!state.contains(operations)) return false;
+  const nlohmann::json& all = state.at(operations);
+  auto found = all.find(serviceDotOperation);
+  return found != all.end() && found->is_object() && found->value("hang", false);
 }
 
 }  // namespace Konu::Sim

@@ -14,6 +14,7 @@ struct ToolFault {
   std::string out;
   std::string err;
   bool hang = false;
+  bool ignoreHangup = false;  // a hanging run that only SIGKILL ends (SIGHUP ignored)
 };
 
 // The entry of /faults/tools whose words all occur in `argv` in their order, the first word
@@ -26,8 +27,13 @@ std::optional<std::string> MatchingFaultKey(const nlohmann::json& state,
 std::optional<ToolFault> TakeToolFault(nlohmann::json& state, const std::vector<std::string>& argv);
 
 // The message that the host operation "<Service>.<Operation>" is made to throw
-// (/faults/operations/<Service>.<Operation>), or nothing.
+// (/faults/operations/<Service>.<Operation>), or nothing. An entry {"hang": true} throws
+// nothing: see OperationHangs.
 std::optional<std::string> OperationFault(const nlohmann::json& state,
                                           const std::string& serviceDotOperation);
+
+// True when the operation's entry is {"hang": true}: an operation that can be given up (a
+// name lookup) then waits until it is.
+bool OperationHangs(const nlohmann::json& state, const std::string& serviceDotOperation);
 
 }  // namespace Konu::Sim

@@ -6,12 +6,16 @@
 //   /network/reachable                     addresses that answer
 //   /network/managementInterface, /network/nukNics/<name>/up
 //   /network/dnsRecords/<server>/<name>    the names a server knows (value: the address)
-// Fault: /faults/operations/DnsConfig.ResolveHostname
+// Fault: /faults/operations/DnsConfig.ResolveHostname (a message: it throws; {"hang": true}: no
+// answer comes, and the lookup waits until it is given up)
+#include <time.h>
+
 #include <algorithm>
 #include <cctype>
 #include <fstream>
 #include <sstream>
 
+#include "host/sim/Faults.h"
 #include "host/sim/SimServices.h"
 
 namespace HostCtl::Sim {
@@ -50,6 +54,11 @@ bool SimDnsConfig::ResolveHostname(const std::string& name, const std::atomic<bo
   const json& state = *snapshot;
   const std::string wanted = Canonical(name);
   if (wanted.empty() || stop) return false;
+  if (Konu::Sim::OperationHangs(state, "DnsConfig.ResolveHostname")) {
+    const timespec look{0, 20 * 1000 * 1000};
+    while (!stop) nanosleep(&look, nullptr);
+    return false;
+  }
   if (InHostsFile(state_.Path("/etc/hosts"), wanted)) return true;
 
   const std::string nic = ValueAt<std::string>(state, "/network/managementInterface", "");

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <sstream>
 
+#include "host/ChildRegistry.h"
 #include "host/CommandLine.h"
 #include "host/HostCtlException.h"
 #include "host/sim/SimServices.h"
@@ -51,16 +52,13 @@ int SimShellExec::NukCtl_Exec(const std::string& commandLine, bool, bool, bool) 
   posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
   posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
   pid_t pid = 0;
-  int error = posix_spawn(&pid, shell.c_str(), &actions, nullptr, const_cast<char* const*>(argv),
-                          const_cast<char* const*>(envp));
+  int error = Konu::SpawnChild(&pid, shell.c_str(), &actions, nullptr, argv, envp);
   posix_spawn_file_actions_destroy(&actions);
   if (error != 0) throw Lib::HostCtlException("Cannot run '" + commandLine + "': " + std::strerror(error));
 
   int status = 0;
-  while (waitpid(pid, &status, 0) < 0) {
-    if (errno != EINTR)
-      throw Lib::HostCtlException("Cannot wait for '" + commandLine + "': " + std::strerror(errno));
-  }
+  if (Konu::WaitChild(pid, &status, true) < 0)
+    throw Lib::HostCtlException("Cannot wait for '" + commandLine + "': " + std::strerror(errno));
   if (WIFEXITED(status)) return WEXITSTATUS(status);
   if (WIFSIGNALED(status)) return 128 + WTERMSIG(status);
   return -1;

@@ -193,6 +193,27 @@ void MoveTo(Terminal& term, const std::string& entry, const char* key = "Down") 
   ASSERT_EQ(entry, PaneTitle(term)) << term.Screen();
 }
 
+// Opens the network screen's `entry`; in its dialog presses the keys (Down, Backspace) and
+// types the rest, then closes it with Enter once the last text typed shows.
+void Edit(Terminal& term, const std::string& entry, const std::string& dialogText,
+          const std::vector<std::string>& keys) {
+  ASSERT_NO_FATAL_FAILURE(MoveTo(term, entry));
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText(dialogText)) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+  for (const std::string& key : keys) {
+    if (key == "Down" || key == "Backspace") {
+      term.Press(key);
+    } else {
+      term.Type(key);
+    }
+  }
+  ASSERT_TRUE(term.WaitForText(keys.back())) << term.Screen();
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForNoText(dialogText)) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+}
+
 // Every error box titled `title` in turn: its message's first line, each box closed with
 // Enter once its message and footer are drawn. Ends when no further box comes.
 std::vector<std::string> ErrorBoxes(Terminal& term, const std::string& title) {
@@ -251,36 +272,12 @@ TEST_F(LinuxConsole, EveryHostChangingScreenWorksThroughKonusToolsOrSaysWhyNot) 
   // cannot change this machine's network yet, and each step says so.
   term.Press("Enter");
   Ready(term, "<Esc> Exit");
-  MoveTo(term, "VLAN (optional)");
-  term.Press("Enter");
-  Ready(term, "VLAN ID (1-4094, or 4095 to access all VLANs):");
-  for (int i = 0; i < 6; ++i) term.Press("Backspace");
-  term.Type("7");
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForNoText("VLAN ID (1-4094")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  MoveTo(term, "IPv4 Configuration");
-  term.Press("Enter");
-  Ready(term, "Set static IPv4 address and network configuration:");
-  for (const char* key : {"Down", "Down", "Down"}) term.Press(key);
-  term.Type("10.0.0.9");
-  term.Press("Down");
-  term.Type("255.255.0.0");
-  term.Press("Down");
-  term.Type("10.0.0.254");
-  ASSERT_TRUE(term.WaitForText("10.0.0.254")) << term.Screen();
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForNoText("Set static IPv4 address")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  MoveTo(term, "DNS Configuration");
-  term.Press("Enter");
-  Ready(term, "Use the following DNS server addresses and hostname:");
-  for (const char* key : {"Down", "Down"}) term.Press(key);
-  term.Type("192.0.2.53");
-  ASSERT_TRUE(term.WaitForText("192.0.2.53")) << term.Screen();
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForNoText("Use the following DNS server")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  Edit(term, "VLAN (optional)", "VLAN ID (1-4094, or 4095 to access all VLANs):",
+       {"Backspace", "Backspace", "Backspace", "Backspace", "7"});
+  Edit(term, "IPv4 Configuration", "Set static IPv4 address and network configuration:",
+       {"Down", "Down", "Down", "10.0.0.9", "Down", "255.255.0.0", "Down", "10.0.0.254"});
+  Edit(term, "DNS Configuration",
+       "Use the following DNS server addresses and hostname:", {"Down", "Down", "192.0.2.53"});
   term.Press("Esc");
   Ready(term, "Apply changes and restart management network?");
   term.Press("Y");

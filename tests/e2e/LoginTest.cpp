@@ -323,6 +323,35 @@ TEST_F(ConsoleLogin, WrongThenRightPasswordOpensTheMenuWithEveryRecord) {
   EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"), "login.connect user=\"root\" origin=\"\" success=1"));
 }
 
+// Over a serial line every byte is felt: F2 paints the form with no cell written twice, and
+// a typed character or Backspace sends the one changed field cell, not the form again.
+TEST_F(ConsoleLogin, TheFormIsPaintedOnceAndAKeySendsOnlyTheChangedCell) {
+  Terminal term(25, 80);
+  Start(term);
+  term.ResetCellWrites();
+  OpenLogin(term);
+  for (int row = 0; row < term.Rows(); ++row)
+    for (int col = 0; col < term.Cols(); ++col)
+      ASSERT_LE(term.CellWrites(row, col), 1) << "row " << row << " column " << col;
+  int passwordRow = 0;
+  ASSERT_TRUE(term.Find("Password:", &passwordRow, nullptr));
+  term.Press("Enter");  // the cursor goes to the secret field
+  ASSERT_TRUE(term.WaitFor([&] {
+    int row = 0;
+    term.CursorPosition(&row, nullptr);
+    return row == passwordRow;
+  }));
+  ASSERT_TRUE(term.WaitUntilPolling());
+  for (const char* key : {"a", "Backspace"}) {
+    const std::string before = term.Screen();
+    const size_t bytes = term.BytesWritten();
+    term.Press(key);
+    ASSERT_TRUE(term.WaitFor([&] { return term.Screen() != before; })) << key;
+    ASSERT_TRUE(term.WaitUntilPolling());
+    EXPECT_LE(term.BytesWritten() - bytes, 40u) << key;
+  }
+}
+
 TEST_F(ConsoleLogin, DeniedUserIsRefused) {
   AddUser("dave", "secret1", true, false);
   Terminal term(24, 80);

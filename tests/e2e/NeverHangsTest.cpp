@@ -1,11 +1,12 @@
 // The console never hangs where an operator could not get it back: a keyboard that is gone,
 // a host tool that hangs or writes a lot, and output held by XOFF all give way to the end
-// of the process, with the terminal put back.
+// of the process, with the terminal put back and no child of it left running.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
 
 #include <fstream>
+#include <sstream>
 
 #include "tests/harness/SimHostFixture.h"
 
@@ -22,9 +23,7 @@ class NeverHangs : public SimHostFixture {
   // "/sbin/backup.sh" and "qal-cmd internalsvc/refresh" without a time limit.
   void ChangeExpiredPassword(Terminal& term) {
     AddUser("erin", "old-pass", false, true);
-    StartKonu(term);
-    ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    StartOnWelcome(term);
     term.Press("F2");
     ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
@@ -39,6 +38,34 @@ class NeverHangs : public SimHostFixture {
       term.Type(secret);
       term.Press("Enter");
     }
+  }
+
+  void StartOnWelcome(Terminal& term) {
+    StartKonu(term);
+    ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+  }
+
+  // The process ids of the tool runs a fault holds, from their journal lines.
+  std::vector<int> HeldTools() const {
+    std::vector<int> pids;
+    std::istringstream lines(Journal());
+    std::string line;
+    while (std::getline(lines, line)) {
+      auto entry = nlohmann::json::parse(line, nullptr, false);
+      if (!entry.is_discarded() && entry.value("exit", nlohmann::json()) == "hang")
+        pids.push_back(entry["pid"]);
+    }
+    return pids;
+  }
+
+  // True while `pid` exists and is not a zombie.
+  static bool Running(int pid) {
+    std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
+    std::string text;
+    if (!std::getline(stat, text) || text.rfind(')') == std::string::npos) return false;
+    const char state = text[text.rfind(')') + 2];
+    return state != 'Z' && state != 'X';
   }
 
   static void ExpectEndedAndRestored(Terminal& term, int withinMs) {
@@ -71,6 +98,83 @@ TEST_F(NeverHangs, ATerminatingSignalEndsTheConsoleWhileAToolHangs) {
   ExpectEndedAndRestored(term, 1000);
 }
 
+// Children started by worker threads and by the user-interface thread through the host
+// layer: a terminating signal kills them all, and a hosts file set aside is put back. The
+// held tools ignore SIGHUP, so the hang-up of the console's session does not end them.
+TEST_F(NeverHangs, ATerminatingSignalLeavesNoChildAndPutsTheHostsFileBack) {
+  struct Step {
+    const char* key;
+    const char* thenShown;  // nullptr: the next key follows at once
+  };
+  const struct {
+    const char* what;
+    std::vector<std::pair<const char*, nlohmann::json>> faults;
+    const char* menuPane;  // where MenuDownTo stops
+    std::vector<Step> steps;
+    size_t held;  // tool runs held by a fault when the signal comes
+    bool hostsSetAside;
+  } kCases[] = {
+      {"a ping of the network test",
+       {{"/faults/tools/nukping 10.0.0.1", {{"hang", true}, {"ignoreHangup", true}}}},
+       "<Enter> Run Test",
+       {{"Enter", "attempt to ping your default"}, {"Enter", "Pinging address 10.0.0.1 ... "}},
+       1,
+       false},
+      {"the network test's name lookup",
+       {{"/faults/operations/DnsConfig.ResolveHostname", {{"hang", true}}}},
+       "<Enter> Run Test",
+       {{"Enter", "attempt to ping your default"}, {"Enter", "Resolving hostname"}},
+       0,
+       true},
+      {"the live core and the agents' stop",
+       {{"/faults/tools/nukbacktrace", {{"hang", true}, {"ignoreHangup", true}}},
+        {"/faults/tools/services.sh stop", {{"hang", true}, {"ignoreHangup", true}}}},
+       "To view various troubleshooting",
+       {{"Enter", "Troubleshooting Mode Options"},
+        {"Down", nullptr},
+        {"Down", nullptr},
+        {"Down", nullptr},
+        {"Down", "The management agents are the"},
+        {"Enter", "Restart management agents now?"},
+        {"Space", "[X] Collect"},
+        {"F11", "Stopping management agents."}},
+       2,
+       false},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.what);
+    if (&c != &kCases[0]) SetUp();  // a fresh host for each case
+    for (const auto& [pointer, value] : c.faults) SetState(pointer, value);
+    const std::string hosts = ReadFile("etc/hosts");
+    Terminal term(24, 80);
+    StartOnWelcome(term);
+    ASSERT_NO_FATAL_FAILURE(LogIn(term, "F2"));
+    ASSERT_NO_FATAL_FAILURE(MenuDownTo(term, c.menuPane));
+    bool shown = true;  // the menu reads keys
+    for (const Step& step : c.steps) {
+      if (shown) {
+        ASSERT_TRUE(term.WaitUntilPolling());
+      }
+      term.Press(step.key);
+      shown = step.thenShown != nullptr;
+      if (shown) {
+        ASSERT_TRUE(term.WaitForText(step.thenShown)) << term.Screen();
+      }
+    }
+    ASSERT_TRUE(term.WaitFor([&] {
+      return HeldTools().size() == c.held && (!c.hostsSetAside || ReadFile("etc/hosts") != hosts);
+    })) << Journal();
+    const std::vector<int> held = HeldTools();
+    term.Signal(SIGTERM);
+    ExpectEndedAndRestored(term, 1000);
+    EXPECT_TRUE(term.WaitFor([&] { return std::none_of(held.begin(), held.end(), Running); }))
+        << "a held tool outlived the console";
+    for (int pid : held)
+      if (Running(pid)) kill(pid, SIGKILL);  // no stray process on the test machine
+    EXPECT_EQ(hosts, ReadFile("etc/hosts"));
+  }
+}
+
 TEST_F(NeverHangs, AToolWritingMoreThanAPipeHoldsDoesNotBlockAndItsFailureIsLogged) {
   const std::string lots(200 * 1024, 'x');
   SetState("/faults/tools/backup.sh", {{"exitCode", 3}, {"stdout", lots}, {"stderr", lots}});
@@ -88,9 +192,7 @@ TEST_F(NeverHangs, AToolWritingMoreThanAPipeHoldsDoesNotBlockAndItsFailureIsLogg
 
 TEST_F(NeverHangs, OutputHeldByXoffDoesNotStopTermination) {
   Terminal term(24, 80);
-  StartKonu(term);
-  ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  StartOnWelcome(term);
   term.Write("\x13");  // XOFF: the terminal stops taking output
   // Every key repaints the whole welcome screen, until a write can no longer finish.
   const std::string stuck = "/proc/" + std::to_string(term.Pid()) + "/syscall";

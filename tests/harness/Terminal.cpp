@@ -8,6 +8,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <stdexcept>
@@ -42,8 +43,9 @@ Terminal::Impl::Impl(int rowCount, int colCount) : rows(rowCount), cols(colCount
   vterm_set_utf8(vt, 1);
   vterm_output_set_callback(vt, &Impl::OnOutput, this);
   screen = vterm_obtain_screen(vt);
-  static const VTermScreenCallbacks callbacks = {nullptr,       nullptr, nullptr, &Impl::OnTermProp,
-                                                 &Impl::OnBell, nullptr, nullptr, nullptr};
+  // Damage per cell (the emulator's default merge): every put, erase and scroll counts.
+  static const VTermScreenCallbacks callbacks = {&Impl::OnDamage, nullptr, nullptr, &Impl::OnTermProp,
+                                                 &Impl::OnBell,   nullptr, nullptr, nullptr};
   vterm_screen_set_callbacks(screen, &callbacks, this);
   // Full-screen programs switch to the alternate screen and back, as on xterm.
   vterm_screen_enable_altscreen(screen, 1);
@@ -65,6 +67,17 @@ int Terminal::Impl::OnTermProp(VTermProp prop, VTermValue* val, void* user) {
   auto* self = static_cast<Impl*>(user);
   if (prop == VTERM_PROP_ALTSCREEN) self->altScreen = val->boolean != 0;
   if (prop == VTERM_PROP_CURSORVISIBLE) self->cursorVisible = val->boolean != 0;
+  return 1;
+}
+
+int Terminal::Impl::OnDamage(VTermRect rect, void* user) {
+  auto* self = static_cast<Impl*>(user);
+  self->cellWrites.resize(static_cast<size_t>(self->rows * self->cols));
+  for (int row = std::max(rect.start_row, 0); row < std::min(rect.end_row, self->rows); ++row) {
+    for (int col = std::max(rect.start_col, 0); col < std::min(rect.end_col, self->cols); ++col) {
+      ++self->cellWrites[static_cast<size_t>(row * self->cols + col)];
+    }
+  }
   return 1;
 }
 
@@ -243,9 +256,20 @@ bool Terminal::WaitForExit(int timeoutMs, int* status) {
 
 size_t Terminal::BytesWritten() const { return impl_->bytesRead; }
 
+<<<<<<< HEAD
 std::string Terminal::Output() const {
   const std::string& all = impl_->output;
   return all.size() > Impl::kOutputKept ? all.substr(all.size() - Impl::kOutputKept) : all;
+=======
+void Terminal::ResetCellWrites() {
+  impl_->cellWrites.assign(static_cast<size_t>(impl_->rows * impl_->cols), 0);
+}
+
+int Terminal::CellWrites(int row, int col) const {
+  impl_->CheckPosition(row, col);
+  const size_t at = static_cast<size_t>(row * impl_->cols + col);
+  return at < impl_->cellWrites.size() ? impl_->cellWrites[at] : 0;
+>>>>>>> main
 }
 
 pid_t Terminal::Pid() const { return impl_->pid; }
@@ -260,6 +284,7 @@ void Terminal::Resize(int rows, int cols) {
   impl_->Drain();
   impl_->rows = rows;
   impl_->cols = cols;
+  impl_->cellWrites.assign(static_cast<size_t>(rows * cols), 0);
   vterm_set_size(impl_->vt, rows, cols);
   if (impl_->master >= 0) {
     winsize size{};

@@ -119,6 +119,10 @@ class Terminal {
 
   size_t BytesWritten() const;  // bytes the program has written so far (pumped)
   std::string Output() const;   // the last 64 KiB of them, raw (escape sequences and all)
+  // How many times each cell was written (a character put, erased or scrolled in) since
+  // the last ResetCellWrites: what a key or a screen change costs a slow line.
+  void ResetCellWrites();
+  int CellWrites(int row, int col) const;
   pid_t Pid() const;
   void Signal(int signal);
   // Changes the pty size (TIOCSWINSZ, which also sends SIGWINCH) and the emulator's.

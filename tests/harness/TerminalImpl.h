@@ -44,6 +44,7 @@ struct Terminal::Impl {
   static void OnOutput(const char* bytes, size_t len, void* user);
   static int OnTermProp(VTermProp prop, VTermValue* val, void* user);
   static int OnBell(void* user);
+  static int OnDamage(VTermRect rect, void* user);
 
   int rows;
   int cols;
@@ -63,6 +64,7 @@ struct Terminal::Impl {
   bool altScreen = false;
   bool cursorVisible = true;
   int bells = 0;
+  std::vector<int> cellWrites;  // rows x cols, row by row
 };
 
 }  // namespace KonuTest

@@ -9,6 +9,7 @@
 
 #include "app/Colors.h"
 #include "app/Keys.h"
+#include "ui/Window.h"
 
 namespace KonuTest {
 
@@ -42,6 +43,7 @@ class UiCurses {
 
   // Keeps the picture until the test presses `key`.
   static void HoldUntil(int key) {
+    Konu::Window::Paint();  // what was drawn goes out as the key reader sends it
     wtimeout(stdscr, -1);
     while (wgetch(stdscr) != key) {
     }
