@@ -256,11 +256,11 @@ bool Terminal::WaitForExit(int timeoutMs, int* status) {
 
 size_t Terminal::BytesWritten() const { return impl_->bytesRead; }
 
-<<<<<<< HEAD
 std::string Terminal::Output() const {
   const std::string& all = impl_->output;
   return all.size() > Impl::kOutputKept ? all.substr(all.size() - Impl::kOutputKept) : all;
-=======
+}
+
 void Terminal::ResetCellWrites() {
   impl_->cellWrites.assign(static_cast<size_t>(impl_->rows * impl_->cols), 0);
 }
@@ -269,7 +269,6 @@ int Terminal::CellWrites(int row, int col) const {
   impl_->CheckPosition(row, col);
   const size_t at = static_cast<size_t>(row * impl_->cols + col);
   return at < impl_->cellWrites.size() ? impl_->cellWrites[at] : 0;
->>>>>>> main
 }
 
 pid_t Terminal::Pid() const { return impl_->pid; }
