@@ -52,9 +52,14 @@ void WelcomeWindow::RunCustomization() {
   const std::string user = Runtime::Get().session.user;
   SetSessionActive(true);
   std::unique_ptr<Frame> menu = MakeCustomizationWindow(this);
+  // The menu's bottom border sits one row above this screen's. Curses would shift the rows
+  // below up to reuse it, then paint them over; forgetting this screen's border row, which
+  // the menu paints anyway, sends each cell once.
+  menu->Redraw(menu->Height() - 1, 1);
   try {
     menu->RunModal();
   } catch (const KonuTimeout&) {
+    Window::Redraw(Height() - 2, 1);  // the menu's border row, as below
     menu.reset();
     Log(LOG_INFO, "User %s logged out due to time out", user.c_str());
     WriteAudit(kLogoutRecord, user, 1, {{"reason", "Time out"}});
@@ -65,6 +70,9 @@ void WelcomeWindow::RunCustomization() {
   SetSessionActive(false);
   Log(LOG_INFO, "User %s logged out", user.c_str());
   WriteAudit(kLogoutRecord, user, 1, {{"reason", "Session closed"}});
+  // Back the other way: forgetting the menu's border row keeps curses from shifting the
+  // rows below down onto this screen's border.
+  Window::Redraw(Height() - 2, 1);
   Redraw();
   menu.reset();
 }

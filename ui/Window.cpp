@@ -113,6 +113,10 @@ void Window::Redraw() {
   for (Window* child : children_) child->Redraw();
 }
 
+void Window::Redraw(int first, int count) {
+  if (window_.get()) wredrawln(window_.get(), first, count);
+}
+
 void Window::Update() {
   if (!window_.get()) return;
   touchwin(window_.get());

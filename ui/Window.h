@@ -34,6 +34,9 @@ class Window {
   void ShowCursor(bool visible);
   // Marks every row of this window and its descendants for redrawing.
   void Redraw();
+  // Marks `count` rows from `first` for redrawing: curses forgets what the terminal shows
+  // there, so it moves no other row onto them.
+  void Redraw(int first, int count);
   // Touches every row and stages the window for the next Paint (nothing is sent yet).
   void Update();
   // Sends what every Update staged since the last Paint to the terminal in one update,

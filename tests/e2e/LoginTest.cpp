@@ -323,16 +323,21 @@ TEST_F(ConsoleLogin, WrongThenRightPasswordOpensTheMenuWithEveryRecord) {
   EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"), "login.connect user=\"root\" origin=\"\" success=1"));
 }
 
-// Over a serial line every byte is felt: F2 paints the form with no cell written twice, and
-// a typed character or Backspace sends the one changed field cell, not the form again.
-TEST_F(ConsoleLogin, TheFormIsPaintedOnceAndAKeySendsOnlyTheChangedCell) {
+// Over a serial line every byte is felt: F2 paints the form and the login paints the menu
+// with no cell written twice, and a typed character or Backspace sends the one changed
+// field cell, not the form again.
+TEST_F(ConsoleLogin, EachChangeIsPaintedOnceAndAKeySendsOnlyTheChangedCell) {
   Terminal term(25, 80);
   Start(term);
+  auto expectEachCellWrittenOnce = [&](const char* change) {
+    for (int row = 0; row < term.Rows(); ++row)
+      for (int col = 0; col < term.Cols(); ++col)
+        ASSERT_LE(term.CellWrites(row, col), 1) << change << ": row " << row << " column " << col;
+  };
   term.ResetCellWrites();
   OpenLogin(term);
-  for (int row = 0; row < term.Rows(); ++row)
-    for (int col = 0; col < term.Cols(); ++col)
-      ASSERT_LE(term.CellWrites(row, col), 1) << "row " << row << " column " << col;
+  expectEachCellWrittenOnce("F2");
+
   int passwordRow = 0;
   ASSERT_TRUE(term.Find("Password:", &passwordRow, nullptr));
   term.Press("Enter");  // the cursor goes to the secret field
@@ -350,6 +355,15 @@ TEST_F(ConsoleLogin, TheFormIsPaintedOnceAndAKeySendsOnlyTheChangedCell) {
     ASSERT_TRUE(term.WaitUntilPolling());
     EXPECT_LE(term.BytesWritten() - bytes, 40u) << key;
   }
+
+  term.Type("konu");
+  ASSERT_TRUE(term.WaitFor([&] { return Contains(term.Row(passwordRow), "[ **** "); })) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+  term.ResetCellWrites();
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+  expectEachCellWrittenOnce("login");
 }
 
 TEST_F(ConsoleLogin, DeniedUserIsRefused) {
