@@ -1,5 +1,5 @@
 // System facts and settings: the custom welcome message, system alerts, the console keyboard
-// layouts, the firewall rule sets and whether virtual machines run.
+// layouts, the firewall rule sets, whether virtual machines run and the host's local accounts.
 #pragma once
 
 #include <string>
@@ -39,6 +39,9 @@ class SystemInfo {
 
   // True when a virtual machine of this host is powered on.
   virtual bool HasRunningVms() const = 0;
+
+  // Whether the host has an account of that name (service accounts included).
+  virtual bool HasAccount(const std::string& name) const = 0;
 };
 
 }  // namespace HostCtl

@@ -1,4 +1,4 @@
-// The control command of a simulated host: get, set, unset, card, journal.
+// The control command of a simulated host: get, set, unset, password, card, journal.
 #include "hostsim/Control.h"
 
 #include <signal.h>
@@ -9,6 +9,7 @@
 #include "host/sim/StateFile.h"
 #include "hostsim/ConsoleSignal.h"
 #include "hostsim/Journal.h"
+#include "hostsim/pam/PasswordHash.h"
 
 namespace Konu::Sim {
 namespace {
@@ -75,6 +76,27 @@ int Unset(StateFile& file, const std::string& pointer) {
   return kControlOk;
 }
 
+// password set USER PASSWORD: stores the password's hash. password check USER PASSWORD:
+// kControlOk when it is the user's password, kControlFailed when not.
+int Password(StateFile& file, const std::vector<std::string>& args) {
+  if (args.size() != 3 || (args[0] != "set" && args[0] != "check"))
+    throw ControlError("usage: password set USER PASSWORD | password check USER PASSWORD");
+  const std::string& name = args[1];
+  auto user = [&](Json& state) -> Json& {
+    Json& users = state["users"];
+    if (!users.contains(name) || !users[name].is_object())
+      throw ControlError(file.Path() + ": no user " + name);
+    return users[name];
+  };
+  if (args[0] == "check") {
+    Json state = file.Read();
+    return PasswordMatches(user(state).value("passwordHash", ""), args[2]) ? kControlOk : kControlFailed;
+  }
+  const std::string hash = HashPassword(args[2]);
+  file.Update([&](Json& state) { user(state)["passwordHash"] = hash; });
+  return kControlOk;
+}
+
 // The card reader changed: tell the console, as the host's card service does.
 void NotifyConsole(const std::string& root) {
   std::string why;
@@ -116,6 +138,7 @@ int RunControl(const std::string& root, const std::vector<std::string>& args) {
     if (command == "get" && rest.size() == 1) return Get(file, rest[0]);
     if (command == "set" && rest.size() == 2) return Set(file, rest[0], rest[1]);
     if (command == "unset" && rest.size() == 1) return Unset(file, rest[0]);
+    if (command == "password") return Password(file, rest);
     if (command == "card") return Card(file, rest);
     if (command == "journal") return PrintJournal(root, rest);
     std::cerr << "konu-hostsim: unknown or incomplete command"

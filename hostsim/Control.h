@@ -1,4 +1,4 @@
-// The control command of a simulated host: get, set, unset, card, journal.
+// The control command of a simulated host: get, set, unset, password, card, journal.
 #pragma once
 
 #include <string>

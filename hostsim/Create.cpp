@@ -21,7 +21,7 @@
 #include "host/sim/StateFile.h"
 #include "hostsim/HostFiles.h"
 #include "hostsim/Tools.h"
-#include "hostsim/pam/Passdb.h"
+#include "hostsim/pam/PasswordHash.h"
 
 extern char** environ;
 
@@ -163,11 +163,10 @@ void WriteOpenssl(const std::string& root) {
                 0755);
 }
 
-void WritePam(const std::string& root, const std::string& pamModule, const nlohmann::json& state) {
+void WritePam(const std::string& root, const std::string& pamModule) {
   std::string module = root + "/usr/lib/konu-sim/pam_konusim.so";
   CopyFile(pamModule, module, 0755);
   WriteTextFile(root + "/etc/pam.d/konu", PamServiceFile(root, module));
-  WritePassdb(root, state);
 }
 
 // The support information pages, one file each, shown in name order.
@@ -232,6 +231,12 @@ std::string AbsoluteRoot(const std::string& root) {
   return AbsoluteRoot(std::string(cwd) + "/" + root);
 }
 
+nlohmann::json FactoryHostState() {
+  nlohmann::json state = DefaultHostState();
+  state["users"]["root"]["passwordHash"] = HashPassword(kFactoryRootPassword);
+  return state;
+}
+
 void CreateHost(const CreateOptions& options) {
   std::string root = AbsoluteRoot(options.root);
   if (root.empty() || root == "/") throw std::runtime_error("refusing to make a simulated host in \"/\"");
@@ -244,13 +249,13 @@ void CreateHost(const CreateOptions& options) {
   MakeDirs(root);
   for (const char* dir : kDirectories) MakeDirs(root + dir);
 
-  nlohmann::json state = DefaultHostState();
+  nlohmann::json state = FactoryHostState();
   StateFile(root).Write(state);
   WriteTools(root, options.hostsimExe);
   WriteOpenssl(root);
   std::string pamModule =
       options.pamModule.empty() ? DirectoryOf(options.hostsimExe) + "/pam_konusim.so" : options.pamModule;
-  WritePam(root, pamModule, state);
+  WritePam(root, pamModule);
   for (const LogFile& log : FreshLogFiles(state)) {
     std::string text;
     for (const std::string& line : log.lines) text += line + "\n";

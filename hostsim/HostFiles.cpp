@@ -1,4 +1,4 @@
-// Files of a simulated host that create writes: logs, PAM stack, password file, certificates.
+// Files of a simulated host that create writes: logs, PAM stack, certificates.
 #include "hostsim/HostFiles.h"
 
 #include <fcntl.h>
@@ -32,8 +32,6 @@ std::string IsoStamp(int minutesAgo) {
 }
 
 }  // namespace
-
-const char* const kPamMatrixPath = "/usr/lib/x86_64-linux-gnu/pam_wrapper/pam_matrix.so";
 
 std::vector<LogFile> FreshLogFiles(const nlohmann::json& state) {
   std::string host = state["host"].value("hostname", "konu-host");
@@ -83,27 +81,22 @@ std::vector<LogFile> FreshLogFiles(const nlohmann::json& state) {
 
 std::string PamServiceFile(const std::string& root, const std::string& modulePath) {
   std::string ours = modulePath + " root=" + root;
-  std::string matrix = std::string(kPamMatrixPath) + " passdb=" + root + "/etc/konu-sim/passdb";
   struct Line {
     const char* type;
     const char* control;
-    const std::string& module;
   };
   const Line lines[] = {
-      {"auth", "requisite", ours},      // writes the password file from the state
-      {"auth", "required", matrix},     // checks the password
-      {"account", "required", matrix},  // checks the service name
-      {"account", "required", ours},    // denied users, expired passwords
-      {"password", "required", ours},   // password change into the state
-      {"session", "required", matrix},
+      {"auth", "required"},      // the password against the state's hash
+      {"account", "required"},   // denied users, expired passwords
+      {"password", "required"},  // password change: a new hash into the state
   };
   std::string text =
       "# PAM service konu of this simulated host (opened with pam_start_confdir).\n"
-      "# The password file is written from the host state before each authentication.\n";
+      "# Passwords are checked against the hashes in etc/konu-sim/host.json.\n";
   for (const Line& line : lines) {
     std::string type = line.type, control = line.control;
     text += type + std::string(9 - type.size(), ' ') + control + std::string(10 - control.size(), ' ') +
-            line.module + "\n";
+            ours + "\n";
   }
   return text;
 }

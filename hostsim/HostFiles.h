@@ -1,4 +1,4 @@
-// Files of a simulated host that create writes: logs, PAM stack, password file, certificates.
+// Files of a simulated host that create writes: logs, PAM stack, certificates.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -14,12 +14,8 @@ struct LogFile {
 };
 std::vector<LogFile> FreshLogFiles(const nlohmann::json& state);
 
-// The PAM service file for pam_start_confdir: pam_matrix for the password check and the
-// service check, our module for the state's user flags and password change.
+// The PAM service file for pam_start_confdir: our module for every step, reading the state.
 std::string PamServiceFile(const std::string& root, const std::string& modulePath);
-
-// Where pam_matrix is installed on this machine.
-extern const char* const kPamMatrixPath;
 
 // Writes a file (mode 0644 or the given one); throws std::runtime_error naming the file.
 void WriteTextFile(const std::string& path, const std::string& text, int mode = 0644);

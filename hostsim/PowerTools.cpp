@@ -1,7 +1,7 @@
 // Power of a simulated host: powerOffVms, poweroff, reboot and the factory reset.
 #include <signal.h>
 
-#include "host/sim/DefaultState.h"
+#include "hostsim/Create.h"
 #include "hostsim/Tools.h"
 
 namespace Konu::Sim {
@@ -77,7 +77,7 @@ int FirmwareConfig(ToolRun& run) {
     return 2;
   }
   run.State().Update([&](Json& s) {
-    Json fresh = DefaultHostState();
+    Json fresh = FactoryHostState();
     for (const char* kept : {"vms", "power", "smartCards", "backups", "coreDumps", "faults", "hardware"})
       if (s.contains(kept)) fresh[kept] = s[kept];
     fresh["factoryResets"] = s.value("factoryResets", 0) + 1;

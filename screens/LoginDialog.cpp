@@ -50,6 +50,20 @@ constexpr const char* kPinFooter =
     "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
     "{color:dark-grey}Cancel{/color}{/align}";
 
+// Logs, audit records and events name a login that is not an account of the host by this
+// word, as login(1) does: what was typed may be a password entered in the wrong field.
+constexpr const char kUnknownUser[] = "UNKNOWN";
+
+// The name under which an attempt for `typed` is recorded.
+std::string RecordedName(const std::string& typed) {
+  try {
+    if (Runtime::Get().Host().CreateSystemInfo()->HasAccount(typed)) return typed;
+  } catch (const HostCtl::Lib::HostCtlException& e) {
+    Log(LOG_WARNING, "Unable to look up the login name: %s", e.what());
+  }
+  return kUnknownUser;
+}
+
 }  // namespace
 
 LoginDialog::LoginDialog(Frame* owner) : Dialog(owner, kWidth, kHeight, kHeaderHeight) {
@@ -129,8 +143,9 @@ void LoginDialog::ShowFailure(int messageId) {
 bool LoginDialog::TryLogin() {
   user_ = name_->Value();
   const std::string secret = secret_->Value();
-  const char* user = user_.c_str();
   const int status = Authenticate(user_, secret);
+  const std::string recorded = RecordedName(user_);
+  const char* user = recorded.c_str();
 
   switch (status) {
     case PAM_SUCCESS:
@@ -139,20 +154,20 @@ bool LoginDialog::TryLogin() {
       // Emergency on the auth facility: the host's log collectors key on this level.
       Log(LOG_AUTH | LOG_EMERG, "Authentication of user %s succeeded", user);
       Log(LOG_INFO, "User %s logged in", user);
-      WriteAudit("login.connect", user_, 1);
+      WriteAudit("login.connect", recorded, 1);
       ShowCursor(false);
       return true;
     case PAM_PERM_DENIED:
       Log(LOG_AUTH | LOG_ERR, "Access denied for user %s", user);
-      WriteAudit("login.connect", user_, 0, {{"reason", "No permission"}});
-      PostEvent(KonuEvent::LoginAccessDenied, user_);
+      WriteAudit("login.connect", recorded, 0, {{"reason", "No permission"}});
+      PostEvent(KonuEvent::LoginAccessDenied, recorded);
       ShowFailure(kNoPermission);
       break;
     case PAM_NEW_AUTHTOK_REQD: {
       SetLoggedInUser(user_);
       Log(LOG_AUTH | LOG_ERR, "Password has expired for user %s", user);
-      WriteAudit("login.connect", user_, 0, {{"reason", "Password expired"}});
-      PostEvent(KonuEvent::LoginAccessDenied, user_);
+      WriteAudit("login.connect", recorded, 0, {{"reason", "Password expired"}});
+      PostEvent(KonuEvent::LoginAccessDenied, recorded);
       ShowFailure(kPasswordExpired);
       ChangePasswordDialog change(this);
       change.RunModal();
@@ -160,8 +175,8 @@ bool LoginDialog::TryLogin() {
     }
     default:
       Log(LOG_AUTH | LOG_ERR, "Authentication of user %s failed", user);
-      WriteAudit("login.connect", user_, 0, {{"reason", "Invalid Login"}});
-      PostEvent(KonuEvent::LoginFailed, user_);
+      WriteAudit("login.connect", recorded, 0, {{"reason", "Invalid Login"}});
+      PostEvent(KonuEvent::LoginFailed, recorded);
       ShowFailure(kInvalidLogin);
       break;
   }

@@ -1,10 +1,13 @@
 // PAM authentication and password change for the login and password screens.
 #include "screens/PamAuth.h"
 
+#include <syslog.h>
+
 #include <cstdlib>
 #include <cstring>
 
 #include "host/HostRoot.h"
+#include "host/Log.h"
 
 namespace Konu {
 namespace {
@@ -38,6 +41,24 @@ int Answer(const char* answer, pam_response** responses) {
 
 }  // namespace
 
+bool IsCredentialRefusal(int status) {
+  switch (status) {
+    case PAM_AUTH_ERR:
+    case PAM_USER_UNKNOWN:
+    case PAM_CRED_INSUFFICIENT:
+    case PAM_MAXTRIES:
+    case PAM_PERM_DENIED:
+    case PAM_ACCT_EXPIRED:
+    case PAM_NEW_AUTHTOK_REQD:
+    case PAM_AUTHTOK_ERR:
+    case PAM_AUTHTOK_RECOVERY_ERR:
+    case PAM_TRY_AGAIN:
+      return true;
+    default:
+      return false;
+  }
+}
+
 int LoginConversation(int count, const pam_message** messages, pam_response** responses, void* appdata) {
   if (!OneMessage(count, messages, responses, appdata)) return PAM_CONV_ERR;
   const auto* request = static_cast<const AuthRequest*>(appdata);
@@ -69,7 +90,7 @@ PamTransaction::PamTransaction(const std::string& user, const pam_conv& conversa
   } else {
     status = pam_start(kPamService, user.c_str(), &conversation_, &handle_);
   }
-  Store(status);
+  Store("pam_start", status);
   if (status != PAM_SUCCESS && handle_ != nullptr) {
     pam_end(handle_, status);
     handle_ = nullptr;
@@ -80,20 +101,29 @@ PamTransaction::~PamTransaction() {
   if (handle_ != nullptr) pam_end(handle_, status_);
 }
 
+int PamTransaction::Store(const char* call, int status) {
+  if (status != PAM_SUCCESS && !IsCredentialRefusal(status)) {
+    // No user name here: the name field may hold a mistyped password.
+    Log(LOG_AUTH | LOG_ERR, "PAM service %s: %s failed: %s", kPamService, call,
+        pam_strerror(handle_, status));
+  }
+  return status_ = status;
+}
+
 int PamTransaction::Authenticate(int flags) {
-  return Store(handle_ ? pam_authenticate(handle_, flags) : PAM_SYSTEM_ERR);
+  return Store("pam_authenticate", handle_ ? pam_authenticate(handle_, flags) : PAM_SYSTEM_ERR);
 }
 
 int PamTransaction::AccountCheck(int flags) {
-  return Store(handle_ ? pam_acct_mgmt(handle_, flags) : PAM_SYSTEM_ERR);
+  return Store("pam_acct_mgmt", handle_ ? pam_acct_mgmt(handle_, flags) : PAM_SYSTEM_ERR);
 }
 
 int PamTransaction::ChangeAuthToken(int flags) {
-  return Store(handle_ ? pam_chauthtok(handle_, flags) : PAM_SYSTEM_ERR);
+  return Store("pam_chauthtok", handle_ ? pam_chauthtok(handle_, flags) : PAM_SYSTEM_ERR);
 }
 
 int PamTransaction::SetCredentials(int flags) {
-  return Store(handle_ ? pam_setcred(handle_, flags) : PAM_SYSTEM_ERR);
+  return Store("pam_setcred", handle_ ? pam_setcred(handle_, flags) : PAM_SYSTEM_ERR);
 }
 
 int Authenticate(const std::string& user, const std::string& secret) {

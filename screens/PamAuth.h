@@ -52,12 +52,17 @@ class PamTransaction {
   int LastStatus() const { return status_; }
 
  private:
-  int Store(int status) { return status_ = status; }
+  // Keeps the status of the PAM call `call`; one that is no refusal of the credentials
+  // (a missing service file or module, a module's own failure) is logged with PAM's text.
+  int Store(const char* call, int status);
 
   pam_conv conversation_;
   pam_handle_t* handle_ = nullptr;
   int status_ = PAM_SUCCESS;
 };
+
+// Whether a PAM status refuses the user or the secret, as opposed to PAM failing to decide.
+bool IsCredentialRefusal(int status);
 
 // pam_authenticate and, when it succeeds, pam_acct_mgmt (both silent) for `user` with
 // `secret`. Returns the last PAM status (PAM_SUCCESS = 0).

@@ -2,7 +2,7 @@
 # Install the Debian packages the build and the tests need; only what is missing.
 # As root it installs them; otherwise it prints the apt-get line and fails.
 set -euo pipefail
-pkgs=(cmake make g++ pkg-config libncurses-dev libpam0g-dev libpam-wrapper libvterm-dev
+pkgs=(cmake make g++ pkg-config libncurses-dev libpam0g-dev libcrypt-dev libvterm-dev
       nlohmann-json3-dev libgtest-dev libgmock-dev libaudit-dev openssl openssh-client)
 case "${1:-}" in
   --sanitize | --fuzz) pkgs+=(clang libclang-rt-14-dev) ;;

@@ -174,6 +174,8 @@ class LinuxSystemInfo : public SystemInfo {
   void SetFirewallRulesetEnabled(const std::string&, bool) override { ThrowNotSupported(); }
   // Not asked of libvirt here: the console then warns as if machines ran.
   bool HasRunningVms() const override { ThrowNotSupported(); }
+  // The machine's accounts as PAM sees them (the name service, not files under the root).
+  bool HasAccount(const std::string& name) const override;
 
  private:
   LinuxFiles files_;

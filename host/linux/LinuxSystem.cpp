@@ -4,6 +4,7 @@
 // /proc/meminfo, /etc/vconsole.conf, /etc/default/keyboard, /usr/share/keymaps/,
 // /usr/share/kbd/keymaps/, /etc/os-release, /proc/sys/kernel/{osrelease, version}.
 #include <fcntl.h>
+#include <pwd.h>
 #include <spawn.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -17,6 +18,7 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
+#include <vector>
 
 #include "host/ChildRegistry.h"
 #include "host/CommandLine.h"
@@ -66,6 +68,14 @@ Hardware LinuxHardwareInfo::GetHardware() const {
 
 void LinuxSystemInfo::SetSystemAlert(const std::string& text) {
   Konu::Log(LOG_WARNING, "System alert: %s", text.c_str());
+}
+
+bool LinuxSystemInfo::HasAccount(const std::string& name) const {
+  if (name.empty()) return false;
+  passwd entry{};
+  passwd* found = nullptr;
+  std::vector<char> buffer(16384);
+  return getpwnam_r(name.c_str(), &entry, buffer.data(), buffer.size(), &found) == 0 && found != nullptr;
 }
 
 std::string LinuxSystemInfo::GetKeyboardLayout() const {

@@ -153,9 +153,9 @@ nlohmann::json DefaultHostState() {
     "slots": [{"name": "Reader 0", "token": null}]
   },
   "users": {
-    "root": {"password": "konu", "uid": 0, "denied": false, "expired": false, "serviceAccount": false,
+    "root": {"passwordHash": "", "uid": 0, "denied": false, "expired": false, "serviceAccount": false,
              "qal": true},
-    "konu": {"password": "", "uid": 201, "denied": false, "expired": false, "serviceAccount": true,
+    "konu": {"passwordHash": "", "uid": 201, "denied": false, "expired": false, "serviceAccount": true,
              "qal": true}
   },
   "passwordPolicy": {"minLength": 1},

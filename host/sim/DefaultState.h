@@ -63,9 +63,11 @@ namespace Konu::Sim {
 //   /power/state                            "on" | "off" | "rebooting"
 //   /power/history                          [{action "poweroff"|"reboot", forced}]
 //   /smartCards/slots                       [{name, token}]; token null or {userId}
-//   /users/<name>                           {password, uid, denied, expired, serviceAccount,
-//                                            qal}: qal = known to qal-cmd; a service account has
-//                                            no console login (not in the password file)
+//   /users/<name>                           {passwordHash, uid, denied, expired, serviceAccount,
+//                                            qal}: passwordHash = crypt(3) hash ("" = none; a
+//                                            fresh host sets root's from kFactoryRootPassword),
+//                                            qal = known to qal-cmd; a service account has no
+//                                            console login
 //   /passwordPolicy/minLength               a shorter new password is refused by PAM
 //   /backups                                [{time, reason}] written by backup.sh
 //   /coreDumps                              [{process, path}] written by nukbacktrace
@@ -80,5 +82,8 @@ namespace Konu::Sim {
 //   /faults/operations/<Service>.<Operation>   message of the HostCtlException that operation
 //                                           throws ("NetworkInfo.SetNukIpv6Enabled")
 nlohmann::json DefaultHostState();
+
+// Root's password on a fresh or factory-reset host; the state keeps only its hash.
+inline constexpr const char kFactoryRootPassword[] = "konu";
 
 }  // namespace Konu::Sim

@@ -128,6 +128,7 @@ class SimSystemInfo : public SystemInfo {
   FirewallRuleset GetFirewallRulesetById(const std::string& id) const override;
   void SetFirewallRulesetEnabled(const std::string& id, bool enabled) override;
   bool HasRunningVms() const override;
+  bool HasAccount(const std::string& name) const override;
 
  private:
   SimState state_;

@@ -7,6 +7,7 @@
 //   /keyboard/loaded                   the layout whose key map the console loaded last (written here)
 //   /firewall/<rulesetId>/enabled
 //   /vms/*/powerState                  "poweredOn" for a running machine
+//   /users/<name>                      the host's accounts
 #include <algorithm>
 
 #include "host/HostCtlException.h"
@@ -81,6 +82,12 @@ void SimSystemInfo::SetFirewallRulesetEnabled(const std::string& id, bool enable
     if (!all.is_object() || !all.contains(id)) ThrowNotFound("Firewall ruleset", id);
     all[id]["enabled"] = enabled;
   });
+}
+
+bool SimSystemInfo::HasAccount(const std::string& name) const {
+  const json state = state_.Read("SystemInfo.HasAccount");
+  const json& users = NodeAt(state, "/users");
+  return !name.empty() && users.is_object() && users.contains(name);
 }
 
 bool SimSystemInfo::HasRunningVms() const {

@@ -1,5 +1,5 @@
-// pam_konusim: the PAM cases of a simulated host that pam_matrix cannot express: the password
-// file kept from the host state, denied users, expired passwords and password change.
+// pam_konusim: the PAM service of a simulated host: passwords checked against the hashes in
+// the host state, denied users, expired passwords and password change.
 #define PAM_SM_AUTH
 #define PAM_SM_ACCOUNT
 #define PAM_SM_PASSWORD
@@ -11,7 +11,7 @@
 #include <string>
 
 #include "host/sim/StateFile.h"
-#include "hostsim/pam/Passdb.h"
+#include "hostsim/pam/PasswordHash.h"
 
 namespace {
 
@@ -56,23 +56,24 @@ int ChangePassword(pam_handle_t* pamh, const std::string& root, const std::strin
     pam_error(pamh, "Sorry, passwords do not match.");
     return PAM_AUTHTOK_ERR;
   }
+  // Hashed before the lock is taken: a hash takes a while.
+  const std::string hash = Konu::Sim::HashPassword(first);
   StateFile file(root);
   int status = PAM_SUCCESS;
   file.Update([&](Json& state) {
     size_t minLength = state.value("/passwordPolicy/minLength"_json_pointer, 1);
-    if (first.size() < minLength || first.empty() || !Konu::Sim::PassdbCanHold(first)) {
+    if (first.size() < minLength || first.empty()) {
       status = PAM_AUTHTOK_ERR;
       return;  // written back unchanged
     }
     Json& user = state["users"][name];
-    user["password"] = first;
+    user["passwordHash"] = hash;
     user["expired"] = false;
   });
   if (status != PAM_SUCCESS) {
     pam_error(pamh, "The password does not meet the requirements of this host.");
     return status;
   }
-  Konu::Sim::WritePassdb(root, file.Read());
   pam_set_item(pamh, PAM_AUTHTOK, first.c_str());
   return PAM_SUCCESS;
 }
@@ -97,12 +98,18 @@ int Guarded(pam_handle_t* pamh, int argc, const char** argv, Body body) {
 
 extern "C" {
 
-// Writes the password file from the state so pam_matrix, next in the stack, checks the
-// state's passwords; decides nothing itself.
+// Asks for the password even for a name the host does not know, so the prompts give
+// nothing away, and checks it against the user's hash.
 PAM_EXTERN int pam_sm_authenticate(pam_handle_t* pamh, int, int argc, const char** argv) {
-  return Guarded(pamh, argc, argv, [](const std::string& root) {
-    Konu::Sim::WritePassdb(root, StateFile(root).Read());
-    return PAM_IGNORE;
+  return Guarded(pamh, argc, argv, [pamh](const std::string& root) {
+    const char* password = nullptr;
+    const int asked = pam_get_authtok(pamh, PAM_AUTHTOK, &password, nullptr);
+    if (asked != PAM_SUCCESS) return asked;
+    if (password == nullptr) return PAM_AUTH_ERR;
+    Json state = StateFile(root).Read();
+    const Json* user = ConsoleUser(state, UserName(pamh));
+    if (user == nullptr) return PAM_USER_UNKNOWN;
+    return Konu::Sim::PasswordMatches(user->value("passwordHash", ""), password) ? PAM_SUCCESS : PAM_AUTH_ERR;
   });
 }
 

@@ -64,10 +64,9 @@ TEST_F(HostSimTools, CreateMakesEveryFile) {
     EXPECT_TRUE(S_ISLNK(info.st_mode)) << link;
     EXPECT_EQ(access(host.File(link).c_str(), X_OK), 0) << link;
   }
-  for (const char* file :
-       {"/etc/konu-sim/host.json", "/etc/konu-sim/passdb", "/etc/pam.d/konu",
-        "/usr/lib/konu-sim/pam_konusim.so", "/var/run/corbel/show-konu-login", "/etc/hosts",
-        "/var/log/hostsim.log", "/var/log/audit.log", "/etc/ssh/ssh_host_rsa_key"})
+  for (const char* file : {"/etc/konu-sim/host.json", "/etc/pam.d/konu", "/usr/lib/konu-sim/pam_konusim.so",
+                           "/var/run/corbel/show-konu-login", "/etc/hosts", "/var/log/hostsim.log",
+                           "/var/log/audit.log", "/etc/ssh/ssh_host_rsa_key"})
     EXPECT_EQ(access(host.File(file).c_str(), R_OK), 0) << file;
   for (const char* log :
        {"/var/log/syslog.log", "/var/log/nukernel.log", "/var/log/sysboot.log", "/var/log/mgmtd.log",
@@ -94,8 +93,12 @@ TEST_F(HostSimTools, CreateMakesEveryFile) {
   EXPECT_NE(key.out.find("(RSA)"), std::string::npos) << key.out;
 
   std::string pam = ReadFileText(host.File("/etc/pam.d/konu"));
-  EXPECT_NE(pam.find("/usr/lib/x86_64-linux-gnu/pam_wrapper/pam_matrix.so"), std::string::npos);
   EXPECT_NE(pam.find(host.Root() + "/usr/lib/konu-sim/pam_konusim.so"), std::string::npos);
+  // root's factory password is kept as a hash only.
+  EXPECT_EQ(Get("/users/root/passwordHash").get<std::string>().rfind("$6$", 0), 0u);
+  EXPECT_FALSE(Get("/users/root").contains("password"));
+  EXPECT_TRUE(host.PasswordIs("root", "konu"));
+  EXPECT_FALSE(host.PasswordIs("root", "konu "));
 }
 
 TEST_F(HostSimTools, CreateRefusesADirectoryInUseAndTheMachineRoot) {
@@ -252,7 +255,7 @@ TEST_F(HostSimTools, ServicesRestartAndLiveCore) {
 TEST_F(HostSimTools, FactoryResetRestoresConfigurationButKeepsFaultsAndMachines) {
   Set("/host/hostname", "renamed");
   Set("/advancedOptions/~1UserVars~1KonuTimeOut/value", 120);
-  Set("/users/root/password", "changed");
+  host.SetPassword("root", "changed");
   Set("/vms/0/powerState", "poweredOff");
   Set("/faults/operations/DnsConfig.SaveConfig", "disk full");
   CommandResult r = KonuTest::RunCommandLine(
@@ -263,7 +266,7 @@ TEST_F(HostSimTools, FactoryResetRestoresConfigurationButKeepsFaultsAndMachines)
   EXPECT_EQ(r.exitCode, 0) << r.err;
   EXPECT_EQ(Get("/host/hostname"), "konu-host");
   EXPECT_EQ(Get("/advancedOptions/~1UserVars~1KonuTimeOut/value"), 600);
-  EXPECT_EQ(Get("/users/root/password"), "konu");
+  EXPECT_TRUE(host.PasswordIs("root", "konu"));
   EXPECT_EQ(Get("/vms/0/powerState"), "poweredOff");
   EXPECT_EQ(Get("/faults/operations/DnsConfig.SaveConfig"), "disk full");
   EXPECT_EQ(Get("/factoryResets"), 1);

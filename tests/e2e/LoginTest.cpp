@@ -170,7 +170,7 @@ TEST_F(Login, ExpiredPasswordGoesThroughThePasswordDialogThenTheNewPasswordLogsI
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForNoText("Old Password:")) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());
-  EXPECT_EQ("new-pass", State("/users/erin/password"));
+  EXPECT_TRUE(PasswordIs("erin", "new-pass"));
   EXPECT_EQ(false, State("/users/erin/expired"));
   EXPECT_TRUE(Contains(Syslog(), "Password has expired for user erin")) << Syslog();
   EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"),
@@ -376,6 +376,55 @@ TEST_F(ConsoleLogin, DeniedUserIsRefused) {
   EXPECT_TRUE(Contains(term.Screen(), "Authentication Required"));
   EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"),
                        "user=\"dave\" origin=\"\" success=0 reason=\"No permission\""));
+}
+
+// A password typed into the name field by mistake must reach no log, audit record or event.
+TEST_F(ConsoleLogin, ANameThatIsNoAccountIsRecordedAsUnknown) {
+  Terminal term(24, 80);
+  Start(term);
+  OpenLogin(term);
+  Submit(term, "Typed-Secret-7", "konu");
+  Acknowledge(term, "Invalid login or password.");
+  EXPECT_TRUE(Contains(Syslog(), "]: Authentication of user UNKNOWN failed")) << Syslog();
+  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"),
+                       "login.connect user=\"UNKNOWN\" origin=\"\" success=0 reason=\"Invalid Login\""))
+      << ReadFile("var/log/audit.log");
+  EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"),
+                       "@&!*@*@(zeb.user.konu.login.failed)Authentication of user UNKNOWN failed"));
+  for (const char* log :
+       {"var/log/syslog.log", "var/log/audit.log", "var/log/zebd.log", "var/log/hostsim.log"})
+    EXPECT_FALSE(Contains(ReadFile(log), "Typed-Secret")) << log << ":\n" << ReadFile(log);
+}
+
+// PAM that cannot decide (its service file or a module missing) is an invalid login on the
+// screen, and PAM's own words in the log.
+TEST_F(ConsoleLogin, PamFailuresOtherThanAWrongPasswordAreLoggedWithPamsText) {
+  struct Case {
+    const char* broken;
+    std::string serviceFile;  // "" = removed
+    const char* logged;
+  };
+  const Case cases[] = {
+      {"a missing module", "auth required " + Root() + "/usr/lib/konu-sim/pam_gone.so\n",
+       "]: PAM service konu: pam_authenticate failed: Module is unknown\n"},
+      {"no service file", "", "]: PAM service konu: pam_start failed: Critical error - immediate abort\n"},
+  };
+  Terminal term(24, 80);
+  Start(term);
+  OpenLogin(term);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.broken);
+    if (c.serviceFile.empty()) {
+      ASSERT_EQ(0, std::remove(HostFile("etc/pam.d/konu").c_str()));
+    } else {
+      WriteFile("etc/pam.d/konu", c.serviceFile);
+    }
+    Submit(term, "", "konu");
+    Acknowledge(term, "Invalid login or password.");
+    EXPECT_TRUE(Contains(Syslog(), c.logged)) << Syslog();
+    term.Press("Up");
+  }
+  EXPECT_TRUE(Contains(Syslog(), "Authentication of user root failed")) << Syslog();
 }
 
 TEST_F(ConsoleLogin, ExpiredUserSetsANewPasswordAndThenLogsInWithIt) {

@@ -178,7 +178,7 @@ TEST_F(Menu, TheBoxKeepsItsColoursOnA256ColourTerminal) {
 TEST_F(Menu, RestrictedHostDimsAndSkipsEntriesAndWarnsOfTheEmptyPassword) {
   SetState("/network/managementInterface", "");
   SetState("/userOptions/PXEBootEnabled", "1");
-  SetState("/users/root/password", "");
+  SetPassword("root", "");
   Terminal term(24, 80);
   Open(term, /*local=*/false, "");
   EXPECT_EQ(RowOf(term, "Configure Keyboard"), -1) << "a remote terminal has no keyboard entry";

@@ -3,6 +3,7 @@
 // with its backup, log line and event. The dialog runs in a forked child for user root.
 #include <gtest/gtest.h>
 #include <security/pam_appl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include "host/HostRoot.h"
@@ -88,7 +89,7 @@ TEST_F(Password, MismatchIsReportedBeforeEmptinessAndBothEmptyIsRefused) {
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
   FinishDialogChild(term, 0);
-  EXPECT_EQ("konu", State("/users/root/password"));
+  EXPECT_TRUE(PasswordIs("root", "konu"));
 }
 
 TEST_F(Password, SamePasswordWarningEscReturnsToTheFormEnterChangesForReal) {
@@ -132,7 +133,13 @@ TEST_F(Password, SuccessfulChangeBacksUpLogsPostsAndTheNewPasswordWorks) {
   ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root CARD=0 EMPTY=0")) << term.Screen();
   FinishDialogChild(term, 1);
 
-  EXPECT_EQ("Fresh-Pass1", State("/users/root/password"));
+  // The state keeps a hash, readable by its owner only, and never the password.
+  EXPECT_TRUE(PasswordIs("root", "Fresh-Pass1"));
+  EXPECT_EQ(0, State("/users/root/passwordHash").get<std::string>().rfind("$6$", 0));
+  EXPECT_FALSE(Contains(ReadFile("etc/konu-sim/host.json"), "Fresh-Pass1"));
+  struct stat info {};
+  ASSERT_EQ(0, stat(HostFile("etc/konu-sim/host.json").c_str(), &info));
+  EXPECT_EQ(0600u, info.st_mode & 07777);
   EXPECT_TRUE(Contains(Journal(), "backup.sh")) << Journal();
   EXPECT_EQ(1, Backups());
   const std::string syslog = Syslog();
@@ -168,7 +175,7 @@ TEST_F(Password, ChangeRefusedByThePolicyIsReportedAndTheFormStays) {
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
   FinishDialogChild(term, 0);
-  EXPECT_EQ("konu", State("/users/root/password"));
+  EXPECT_TRUE(PasswordIs("root", "konu"));
 }
 
 }  // namespace

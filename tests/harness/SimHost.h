@@ -105,6 +105,14 @@ class SimHost {
     args.insert(args.begin(), {bin_, "--root", root_});
     return RunCommandLine(args);
   }
+  // A user's password, through konu-hostsim (the state keeps only hashes).
+  void SetPassword(const std::string& user, const std::string& password) const {
+    CommandResult set = Control({"password", "set", user, password});
+    if (set.exitCode != 0) throw std::runtime_error("konu-hostsim password set failed: " + set.err);
+  }
+  bool PasswordIs(const std::string& user, const std::string& password) const {
+    return Control({"password", "check", user, password}).exitCode == 0;
+  }
   // A tool by its host path, with the host's tool folders as the only PATH.
   CommandResult Tool(const std::string& hostPath, std::vector<std::string> args = {}) const {
     args.insert(args.begin(), File(hostPath));

@@ -114,12 +114,13 @@ void SimHostFixture::Card(const std::vector<std::string>& words) const {
 
 void SimHostFixture::AddUser(const std::string& name, const std::string& password, bool denied,
                              bool expired) const {
-  SetState("/users/" + name, {{"password", password},
+  SetState("/users/" + name, {{"passwordHash", ""},
                               {"uid", 600},
                               {"denied", denied},
                               {"expired", expired},
                               {"serviceAccount", false},
                               {"qal", true}});
+  host_->SetPassword(name, password);
 }
 
 bool SimHostFixture::TerminalRestored(const Terminal& term) {

@@ -62,6 +62,13 @@ class SimHostFixture : public ::testing::Test {
   // is told with SIGUSR1.
   void Card(const std::vector<std::string>& words) const;
 
+  void SetPassword(const std::string& user, const std::string& password) const {
+    host_->SetPassword(user, password);
+  }
+  bool PasswordIs(const std::string& user, const std::string& password) const {
+    return host_->PasswordIs(user, password);
+  }
+
   // A console user in the state: password, and whether it is denied or its password expired.
   void AddUser(const std::string& name, const std::string& password, bool denied, bool expired) const;
 

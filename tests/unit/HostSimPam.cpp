@@ -68,12 +68,14 @@ int Login(const SimHost& host, const std::string& user, const std::string& passw
   return status == PAM_SUCCESS ? pam.AccountCheck() : status;
 }
 
-void SetUser(const SimHost& host, const std::string& name, const Json& user) {
+// A user with the flags of `user` and the password `password` (the state keeps its hash).
+void SetUser(const SimHost& host, const std::string& name, const Json& user, const std::string& password) {
   Konu::Sim::StateFile(host.Root()).Update([&](Json& s) { s["users"][name] = user; });
+  host.SetPassword(name, password);
 }
 
-Json PlainUser(const std::string& password) {
-  return {{"password", password},    {"uid", 500}, {"denied", false}, {"expired", false},
+Json PlainUser() {
+  return {{"passwordHash", ""},      {"uid", 500}, {"denied", false}, {"expired", false},
           {"serviceAccount", false}, {"qal", true}};
 }
 
@@ -91,7 +93,7 @@ TEST_F(HostSimPam, FreshRootLogsInWithItsPasswordOnly) {
 
 // A host whose root password was never set takes the empty secret, and only that.
 TEST_F(HostSimPam, EmptyPasswordUserLogsInWithTheEmptySecret) {
-  SetUser(host, "root", PlainUser(""));
+  SetUser(host, "root", PlainUser(), "");
   EXPECT_EQ(Login(host, "root", ""), PAM_SUCCESS);
   EXPECT_NE(Login(host, "root", "konu"), PAM_SUCCESS);
 }
@@ -99,32 +101,32 @@ TEST_F(HostSimPam, EmptyPasswordUserLogsInWithTheEmptySecret) {
 TEST_F(HostSimPam, ServiceAccountCannotLogIn) { EXPECT_NE(Login(host, "konu", ""), PAM_SUCCESS); }
 
 TEST_F(HostSimPam, UserAddedToTheStateLogsInWithoutRecreatingTheHost) {
-  SetUser(host, "alice", PlainUser("wonder"));
+  SetUser(host, "alice", PlainUser(), "wonder");
   EXPECT_EQ(Login(host, "alice", "wonder"), PAM_SUCCESS);
 }
 
 TEST_F(HostSimPam, DeniedUserPassesAuthenticationButNotTheAccountCheck) {
-  Json user = PlainUser("secret1");
+  Json user = PlainUser();
   user["denied"] = true;
-  SetUser(host, "dave", user);
+  SetUser(host, "dave", user, "secret1");
   PamSession pam(host, "dave", {"secret1"});
   EXPECT_EQ(pam.Authenticate(), PAM_SUCCESS);
   EXPECT_EQ(pam.AccountCheck(), PAM_PERM_DENIED);
 }
 
 TEST_F(HostSimPam, ExpiredPasswordAsksForANewOne) {
-  Json user = PlainUser("old-pass");
+  Json user = PlainUser();
   user["expired"] = true;
-  SetUser(host, "erin", user);
+  SetUser(host, "erin", user, "old-pass");
   EXPECT_EQ(Login(host, "erin", "old-pass"), PAM_NEW_AUTHTOK_REQD);
 }
 
 // The console's change request: authenticate with the old password, account check, then
 // pam_chauthtok answered with the new password twice.
 TEST_F(HostSimPam, ExpiredPasswordChangeClearsTheFlagAndTheNewPasswordWorks) {
-  Json user = PlainUser("old-pass");
+  Json user = PlainUser();
   user["expired"] = true;
-  SetUser(host, "erin", user);
+  SetUser(host, "erin", user, "old-pass");
   {
     PamSession pam(host, "erin", {"old-pass", "new-pass", "new-pass"});
     ASSERT_EQ(pam.Authenticate(), PAM_SUCCESS);
@@ -133,34 +135,33 @@ TEST_F(HostSimPam, ExpiredPasswordChangeClearsTheFlagAndTheNewPasswordWorks) {
     EXPECT_EQ(pam.Prompts().size(), 3u);
   }
   Json state = Konu::Sim::StateFile(host.Root()).Read();
-  EXPECT_EQ(state["users"]["erin"]["password"], "new-pass");
+  EXPECT_TRUE(host.PasswordIs("erin", "new-pass"));
   EXPECT_EQ(state["users"]["erin"]["expired"], false);
   EXPECT_EQ(Login(host, "erin", "new-pass"), PAM_SUCCESS);
   EXPECT_NE(Login(host, "erin", "old-pass"), PAM_SUCCESS);
 }
 
-TEST_F(HostSimPam, RootPasswordChangeReachesStateAndPasswordFile) {
+TEST_F(HostSimPam, RootPasswordChangeStoresANewHash) {
   {
     PamSession pam(host, "root", {"konu", "Better-1", "Better-1"});
     ASSERT_EQ(pam.Authenticate(), PAM_SUCCESS);
     ASSERT_EQ(pam.AccountCheck(), PAM_SUCCESS);
     ASSERT_EQ(pam.ChangeAuthToken(), PAM_SUCCESS);
   }
-  EXPECT_EQ(Konu::Sim::StateFile(host.Root()).Get("/users/root/password"), "Better-1");
-  EXPECT_NE(KonuTest::ReadFileText(host.File("/etc/konu-sim/passdb")).find("root:Better-1:konu"),
-            std::string::npos);
+  EXPECT_TRUE(host.PasswordIs("root", "Better-1"));
+  EXPECT_EQ(KonuTest::ReadFileText(host.File("/etc/konu-sim/host.json")).find("Better-1"), std::string::npos);
   EXPECT_EQ(Login(host, "root", "Better-1"), PAM_SUCCESS);
 }
 
-TEST_F(HostSimPam, ChangeRefusedForMismatchShortOrUnstorablePasswords) {
+TEST_F(HostSimPam, ChangeRefusedForMismatchOrShortPasswords) {
   Konu::Sim::StateFile(host.Root()).Update([](Json& s) { s["passwordPolicy"]["minLength"] = 8; });
-  for (const auto& [first, second] : std::vector<std::pair<std::string, std::string>>{
-           {"Longenough1", "Longenough2"}, {"short", "short"}, {"with:colon9", "with:colon9"}}) {
+  for (const auto& [first, second] :
+       std::vector<std::pair<std::string, std::string>>{{"Longenough1", "Longenough2"}, {"short", "short"}}) {
     PamSession pam(host, "root", {"konu", first, second});
     ASSERT_EQ(pam.Authenticate(), PAM_SUCCESS);
     EXPECT_EQ(pam.ChangeAuthToken(), PAM_AUTHTOK_ERR) << first;
   }
-  EXPECT_EQ(Konu::Sim::StateFile(host.Root()).Get("/users/root/password"), "konu");
+  EXPECT_TRUE(host.PasswordIs("root", "konu"));
   EXPECT_EQ(Login(host, "root", "konu"), PAM_SUCCESS);
 }
 

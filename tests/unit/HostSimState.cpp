@@ -150,7 +150,7 @@ TEST(HostSimDefaultState, LayoutPointersExistWithTheirFreshValues) {
     Json value;
   };
   const Expect expected[] = {
-      {"/users/root/password", "konu"},
+      {"/users/root/passwordHash", ""},
       {"/network/managementInterface", "nuk0"},
       {"/network/nukNics/nuk0/ipv4/dhcp", false},
       {"/network/nukNics/nuk0/ipv4/address", "10.0.0.5"},
