@@ -85,7 +85,8 @@ void SimSystemInfo::SetFirewallRulesetEnabled(const std::string& id, bool enable
 }
 
 bool SimSystemInfo::HasAccount(const std::string& name) const {
-  const json state = state_.Read("SystemInfo.HasAccount");
+  const auto snapshot = state_.Read("SystemInfo.HasAccount");
+  const json& state = *snapshot;
   const json& users = NodeAt(state, "/users");
   return !name.empty() && users.is_object() && users.contains(name);
 }
