@@ -263,7 +263,7 @@ TEST_F(WelcomeScreen, LoginSwitchedOffOpensTheDisabledDialog) {
   ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForNoText("Authentication Denied")) << term.Screen();
-  EXPECT_TRUE(term.WaitForText(ProductLine(), 0));
+  EXPECT_TRUE(term.WaitForText(ProductLine()));
 }
 
 }  // namespace
