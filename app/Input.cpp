@@ -78,6 +78,10 @@ int WaitForInput(const timeval* limit, int wakeFd) {
     keptSignals.pop_front();
     return kept;
   }
+  // curses may already hold bytes it read from the terminal, where poll cannot see them: the
+  // rest of a sequence it did not know (Esc then x gives Esc, and keeps the x). Take them now,
+  // not when the next byte arrives.
+  if (int held = KeyWithoutWaiting(); held != ERR) return held;
   Runtime& rt = Runtime::Get();
   // poll skips the entries whose descriptor is -1.
   pollfd fds[3] = {{0, POLLIN, 0}, {rt.signalReadFd, POLLIN, 0}, {wakeFd, POLLIN, 0}};

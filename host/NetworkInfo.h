@@ -41,6 +41,9 @@ class NetworkInfo {
   // DHCP; every other switch and virtual NIC goes. The host name stays. The interface is not
   // restarted.
   virtual void RestoreFactoryNetwork() = 0;
+  // True when this host can carry out RestoreFactoryNetwork. The console asks before a
+  // factory restore begins, so no machine is stopped for a restore that cannot happen.
+  virtual bool CanRestoreFactoryNetwork() const = 0;
 };
 
 }  // namespace HostCtl::Network

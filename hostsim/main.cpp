@@ -54,6 +54,8 @@ const char* const kHelp =
     "Network restore: the factory restore (\"NetworkInfo.RestoreFactoryNetwork\") leaves\n"
     "vSwitch0 on the first NIC with a link and the management interface on DHCP; a machine\n"
     "whose /vms entry is \"poweredOn\" counts as running (\"SystemInfo.HasRunningVms\").\n"
+    "A fault on \"NetworkInfo.CanRestoreFactoryNetwork\" makes the host one that cannot\n"
+    "restore its network: the console refuses before anything is stopped.\n"
     "\n"
     "Exit status: 0 done, 1 failed, 2 bad usage, malformed state or unknown pointer.\n";
 

@@ -30,10 +30,9 @@ struct Entry {
 };
 
 constexpr Entry kEntries[] = {
-    {63, 66, false,
-     [](Frame* owner) { RestoreNetworkDialog(owner).RunModal(); }},  // "Restore Network Settings"
-    {64, 67, true, nullptr},                                         // "Restore Standard Switch"
-    {65, 68, true, nullptr},                                         // "Restore DVS"
+    {63, 66, false, RestoreNetworkSettings},  // "Restore Network Settings"
+    {64, 67, true, nullptr},                  // "Restore Standard Switch"
+    {65, 68, true, nullptr},                  // "Restore DVS"
 };
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "ops/RunningVMsWarningDialog.h"
 #include "ui/Footers.h"
 #include "ui/FormKeys.h"
+#include "ui/MessageDialog.h"
 
 namespace Konu {
 namespace {
@@ -23,6 +24,21 @@ constexpr int kHeaderHeight = 7;
 constexpr int kTitle = 182;  // "Restore Network Factory Settings"
 constexpr int kText = 183;   // "This option will reset the host network configuration ..."
 constexpr int kQuestion = 184;
+constexpr int kErrorTitle = 61;  // "Network Configuration Error"
+constexpr const char* kCannotRestore =
+    "This host cannot restore its factory network settings. Nothing has been changed.";
+
+// Why the host cannot restore its network, or "" when it can.
+std::string WhyNoFactoryRestore() {
+  try {
+    return Runtime::Get().Host().CreateNetworkInfo()->CanRestoreFactoryNetwork()
+               ? ""
+               : "not supported on this host";
+  } catch (const HostCtl::Lib::HostCtlException& e) {
+    return e.what();
+  }
+}
+
 // A host that cannot say is taken to run machines: the warning costs one key.
 bool VmsMayRun() {
   try {
@@ -34,6 +50,16 @@ bool VmsMayRun() {
 }
 
 }  // namespace
+
+void RestoreNetworkSettings(Frame* owner) {
+  const std::string reason = WhyNoFactoryRestore();
+  if (reason.empty()) {
+    RestoreNetworkDialog(owner).RunModal();
+    return;
+  }
+  Log(LOG_ERR, "Unable to restore the factory network settings: %s", reason.c_str());
+  MessageDialog(owner, kErrorTitle, kCannotRestore).RunModal();
+}
 
 RestoreNetworkDialog::RestoreNetworkDialog(Frame* owner) : Dialog(owner, kWidth, kHeight, kHeaderHeight) {
   Window* content = Content();

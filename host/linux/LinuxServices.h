@@ -53,6 +53,7 @@ class LinuxNetworkInfo : public Network::NetworkInfo {
   std::vector<Network::Pnic> GetPnics() const override;
   Network::Pnic GetPnic(const std::string& name) const override;
   void RestoreFactoryNetwork() override { ThrowNotSupported(); }
+  bool CanRestoreFactoryNetwork() const override { return false; }
 
  private:
   LinuxFiles files_;

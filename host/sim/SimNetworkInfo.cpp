@@ -103,6 +103,11 @@ Network::Pnic SimNetworkInfo::GetPnic(const std::string& name) const {
   return PnicFrom(name, all[name]);
 }
 
+bool SimNetworkInfo::CanRestoreFactoryNetwork() const {
+  state_.CheckFault("NetworkInfo.CanRestoreFactoryNetwork");
+  return true;
+}
+
 void SimNetworkInfo::RestoreFactoryNetwork() {
   // Read first: the NICs' order is the one GetPnics gives.
   const std::vector<Network::Pnic> pnics = GetPnics();

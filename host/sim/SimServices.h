@@ -21,6 +21,7 @@ class SimNetworkInfo : public Network::NetworkInfo {
   std::vector<Network::Pnic> GetPnics() const override;
   Network::Pnic GetPnic(const std::string& name) const override;
   void RestoreFactoryNetwork() override;
+  bool CanRestoreFactoryNetwork() const override;
 
  private:
   SimState state_;

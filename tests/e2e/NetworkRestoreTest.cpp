@@ -190,14 +190,31 @@ TEST_F(NetworkRestore, FactoryRestoreAsksTwiceThenStopsTheMachinesAndResetsTheNe
   }
 }
 
-// No machine runs, so no warning; the host's restore fails: shown, logged, and the interface
-// still restarts. Nothing is rolled back.
-TEST_F(NetworkRestore, AFailingFactoryRestoreIsShownAndTheInterfaceStillRestarts) {
+// A host that cannot restore its network refuses before anything runs: no question, no
+// machine stopped, nothing changed. Then one that can, with no machine running (so no
+// warning), whose restore fails: shown, logged, and the interface still restarts. Nothing is
+// rolled back.
+TEST_F(NetworkRestore, AHostThatCannotRestoreStopsNothingAndAFailingRestoreIsShown) {
+  SetState("/faults/operations/NetworkInfo.CanRestoreFactoryNetwork", "no factory image");
+  const nlohmann::json before = State("");
+  Terminal term(24, 80);
+  ASSERT_NO_FATAL_FAILURE(OpenWindow(term));
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText("Network Configuration Error")) << term.Screen();
+  EXPECT_FALSE(term.WaitForText(kConfirmTitle, 0)) << term.Screen();
+  ASSERT_NO_FATAL_FAILURE(Acknowledge(term, "This host cannot restore its factory network settings."));
+  ASSERT_NO_FATAL_FAILURE(BackInWindow(term, "Network Configuration Error"));
+  EXPECT_TRUE(Contains(Syslog(), "Unable to restore the factory network settings: no factory image"))
+      << Syslog();
+  const std::vector<std::string> ran = JournalCommands();
+  EXPECT_TRUE(std::none_of(ran.begin(), ran.end(), [](const auto& c) { return Contains(c, "powerOffVms"); }))
+      << Journal();
+  EXPECT_EQ(before, State("")) << "refused";
+
+  SetState("/faults/operations/NetworkInfo.CanRestoreFactoryNetwork", nullptr);
   SetState("/vms", nlohmann::json::array());
   SetState("/faults/operations/NetworkInfo.RestoreFactoryNetwork", "vSwitch0 is busy");
   const nlohmann::json network = State("/network");
-  Terminal term(24, 80);
-  ASSERT_NO_FATAL_FAILURE(OpenWindow(term));
   ASSERT_NO_FATAL_FAILURE(Confirmation(term));
   term.Press("F11");
   ASSERT_TRUE(term.WaitForText("Network Configuration Error")) << term.Screen();

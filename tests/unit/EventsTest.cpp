@@ -87,6 +87,7 @@ class RecordingNetworkInfo : public HostCtl::Network::NetworkInfo {
   std::vector<HostCtl::Network::Pnic> GetPnics() const override { return {}; }
   HostCtl::Network::Pnic GetPnic(const std::string&) const override { throw HostCtlException("no such NIC"); }
   void RestoreFactoryNetwork() override {}
+  bool CanRestoreFactoryNetwork() const override { return true; }
 
  private:
   Record& r_;
