@@ -1,10 +1,7 @@
 // RestartNetworkDialog: 70 x 12, the question under the text; only F11 goes ahead.
 #include "network/RestartNetworkDialog.h"
 
-#include <curses.h>
-
 #include "network/DoRestartNetworkDialog.h"
-#include "ui/Footers.h"
 
 namespace Konu {
 namespace {
@@ -15,7 +12,6 @@ constexpr int kHeaderHeight = 7;
 constexpr int kTitle = 122;     // "Restart Management Network: Confirm"
 constexpr int kText = 123;      // "Restarting the management network will result in a brief ..."
 constexpr int kQuestion = 124;  // "Restart management network now?"
-constexpr int kEsc = 27;
 
 }  // namespace
 
@@ -31,12 +27,7 @@ int RestartNetworkDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(GetString(kText));
   question_->SetText(GetString(kQuestion));
-  SetFooter(kFooterF11OkCancel);
-  for (;;) {
-    const int key = GetKey(true);
-    if (key == kEsc) return 0;
-    if (key == KEY_F(11)) break;
-  }
+  if (!AwaitF11()) return 0;
   {
     DoRestartNetworkDialog restart(this, nic_);
     restart.RunModal();

@@ -2,7 +2,6 @@
 // warning when needed, then the restore.
 #include "network/RestoreNetworkDialog.h"
 
-#include <curses.h>
 #include <syslog.h>
 
 #include "app/Runtime.h"
@@ -11,8 +10,6 @@
 #include "host/Log.h"
 #include "network/DoRestoreNetworkDialog.h"
 #include "ops/RunningVMsWarningDialog.h"
-#include "ui/Footers.h"
-#include "ui/FormKeys.h"
 #include "ui/MessageDialog.h"
 
 namespace Konu {
@@ -72,12 +69,7 @@ int RestoreNetworkDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(GetString(kText));
   question_->SetText(GetString(kQuestion));
-  SetFooter(kFooterF11OkCancel);
-  for (;;) {
-    const int key = GetKey(true);
-    if (key == kKeyEsc) return 0;
-    if (key == KEY_F(11)) break;
-  }
+  if (!AwaitF11()) return 0;
   if (VmsMayRun() && RunningVMsWarningDialog(this).RunModal() != 1) return 0;
   DoRestoreNetworkDialog(this).RunModal();
   return 1;

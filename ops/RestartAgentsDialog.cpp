@@ -1,7 +1,6 @@
 // RestartAgentsDialog: 71 x 20; services.sh stop and start, and the live-core thread.
 #include "ops/RestartAgentsDialog.h"
 
-#include <curses.h>
 #include <pthread.h>
 #include <syslog.h>
 
@@ -89,17 +88,13 @@ int RestartAgentsDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(GetString(kWarning));
   label_->SetText(GetString(kQuestion));
-  SetFooter(kFooterF11OkCancel);
   list_->Draw();
-  for (;;) {
-    const int key = GetKey(true);
-    if (key == kKeyEsc) return 0;
-    if (key == KEY_F(11)) break;
-    if (key == ' ') {
-      collect_.SetChecked(!collect_.IsChecked());
-      list_->Draw();
-    }
-  }
+  const bool confirmed = AwaitF11([this](int key) {
+    if (key != ' ') return;
+    collect_.SetChecked(!collect_.IsChecked());
+    list_->Draw();
+  });
+  if (!confirmed) return 0;
 
   SetFooter("");
   Log(LOG_INFO, "Restarting host agents");

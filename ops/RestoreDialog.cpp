@@ -1,14 +1,12 @@
 // RestoreDialog: 60 x 12 with a one-line label; the factory reset script, then "reboot -f".
 #include "ops/RestoreDialog.h"
 
-#include <curses.h>
 #include <syslog.h>
 
 #include "host/Log.h"
 #include "ops/CommandRunner.h"
 #include "ops/Events.h"
 #include "ops/PowerConfirmDialog.h"
-#include "ui/Footers.h"
 #include "ui/FormKeys.h"
 
 namespace Konu {
@@ -38,12 +36,7 @@ int RestoreDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(GetString(kWarning));
   label_->SetText(GetString(kQuestion));
-  SetFooter(kFooterF11OkCancel);
-  for (;;) {
-    const int key = GetKey(true);
-    if (key == kKeyEsc) return 0;
-    if (key == KEY_F(11)) break;
-  }
+  if (!AwaitF11()) return 0;
 
   Log(LOG_INFO, "Restoring factory defaults");
   PostEvent(KonuEvent::RestoreFactoryDefaults);

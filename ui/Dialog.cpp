@@ -4,6 +4,8 @@
 #include <curses.h>
 
 #include "ui/CursesStyle.h"
+#include "ui/Footers.h"
+#include "ui/FormKeys.h"
 
 namespace Konu {
 
@@ -29,6 +31,16 @@ Dialog::~Dialog() = default;
 void Dialog::SetActive(bool active) {
   if (active && Owner()) Owner()->Update();
   Frame::SetActive(active);
+}
+
+bool Dialog::AwaitF11(const std::function<void(int)>& otherKey) {
+  SetFooter(kFooterF11OkCancel);
+  for (;;) {
+    const int key = GetKey(true);
+    if (key == kKeyEsc) return false;
+    if (key == KEY_F(11)) return true;
+    if (otherKey) otherKey(key);
+  }
 }
 
 }  // namespace Konu

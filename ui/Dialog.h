@@ -2,6 +2,7 @@
 // content window for the dialog's list or text, and a key-help footer.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -31,6 +32,12 @@ class Dialog : public Frame {
   TextArea& Title() const { return *title_; }
   TextArea& Description() const { return *description_; }
   TextArea& Footer() const { return *footer_; }
+
+ protected:
+  // The confirmation of a disruptive action: shows the F11 OK / Esc Cancel footer and waits
+  // for one of the two keys; true for F11, false for Esc. Every other key goes to
+  // `otherKey` when one is given, and is ignored otherwise.
+  bool AwaitF11(const std::function<void(int)>& otherKey = nullptr);
 
  private:
   // Children before their parents, so they are destroyed first.
