@@ -7,6 +7,7 @@
 
 #include "host/AdvancedOptions.h"
 #include "host/AuditLog.h"
+#include "host/DistributedSwitchInfo.h"
 #include "host/DnsConfig.h"
 #include "host/EventLib.h"
 #include "host/HardwareInfo.h"
@@ -37,6 +38,7 @@ class Host {
   virtual std::unique_ptr<Network::DnsConfig> CreateDnsConfig(const std::string& stack) const = 0;
   virtual std::unique_ptr<Network::RoutingInfo> CreateRoutingInfo(const std::string& stack) const = 0;
   virtual std::unique_ptr<Network::VirtualSwitchInfo> CreateVirtualSwitchInfo() const = 0;
+  virtual std::unique_ptr<Network::DistributedSwitchInfo> CreateDistributedSwitchInfo() const = 0;
   virtual std::unique_ptr<HardwareInfo> CreateHardwareInfo() const = 0;
   virtual std::unique_ptr<SmartCardInfo> CreateSmartCardInfo() const = 0;
   virtual std::unique_ptr<SystemInfo> CreateSystemInfo() const = 0;

@@ -1,4 +1,4 @@
-// The control command of a simulated host: get, set, unset, password, card, journal.
+// The control command of a simulated host: get, set, unset, password, card, dvs, journal.
 #include "hostsim/Control.h"
 
 #include <signal.h>
@@ -8,6 +8,7 @@
 
 #include "host/sim/StateFile.h"
 #include "hostsim/ConsoleSignal.h"
+#include "hostsim/DvsSetup.h"
 #include "hostsim/Journal.h"
 #include "hostsim/pam/PasswordHash.h"
 
@@ -119,6 +120,22 @@ int Card(StateFile& file, const std::vector<std::string>& args) {
   return kControlOk;
 }
 
+int Dvs(StateFile& file, const std::vector<std::string>& args) {
+  if (args.size() > 2) throw ControlError("usage: dvs [NAME [VENDOR]]");
+  const std::string name = args.empty() ? "dvs0" : args[0];
+  const std::string vendor = args.size() < 2 ? "Corbel" : args[1];
+  std::string done;
+  file.Update([&](Json& state) {
+    try {
+      done = PutManagementOnDvs(state, name, vendor);
+    } catch (const DvsSetupError& e) {
+      throw ControlError(file.Path() + ": " + e.what());
+    }
+  });
+  std::cout << done << "\n";
+  return kControlOk;
+}
+
 int PrintJournal(const std::string& root, const std::vector<std::string>& args) {
   bool json = !args.empty() && args[0] == "--json";
   if (args.size() > (json ? 1u : 0u)) throw ControlError("usage: journal [--json]");
@@ -140,6 +157,7 @@ int RunControl(const std::string& root, const std::vector<std::string>& args) {
     if (command == "unset" && rest.size() == 1) return Unset(file, rest[0]);
     if (command == "password") return Password(file, rest);
     if (command == "card") return Card(file, rest);
+    if (command == "dvs") return Dvs(file, rest);
     if (command == "journal") return PrintJournal(root, rest);
     std::cerr << "konu-hostsim: unknown or incomplete command"
               << (command.empty() ? "" : " \"" + command + "\"") << "; see konu-hostsim --help\n";

@@ -1,4 +1,4 @@
-// The control command of a simulated host: get, set, unset, password, card, journal.
+// The control command of a simulated host: get, set, unset, password, card, dvs, journal.
 #pragma once
 
 #include <string>

@@ -11,7 +11,7 @@
 #include "host/HostCtlException.h"
 #include "host/Log.h"
 #include "network/AdapterInfoDialog.h"
-#include "network/UsedAdaptersDialog.h"
+#include "ui/QuestionDialog.h"
 
 namespace Konu {
 namespace {
@@ -23,8 +23,10 @@ constexpr int kHeight = 20;
 constexpr int kHeaderHeight = 7;
 constexpr int kTitle = 69;  // "Network Adapters"
 constexpr int kText = 70;  // "Select the adapters for this host's default management network connection. ..."
-constexpr const char* kHeading =
-    "{align:padding:13}Device Name{/align}{align:padding:30}Hardware Label (MAC Address){/align}Status";
+constexpr int kUsedTitle = 71;  // "Network Adapters: Warning"
+constexpr int kUsedText =
+    72;  // "One or more of the selected adapters are already used for other connections."
+constexpr int kUsedQuestion = 73;  // "Remove these adapters from their current connections?"
 constexpr const char* kFooter =
     "{color:black}<D>{/color} {color:dark-grey}View Details{/color}  {color:black}<Space>{/color} "
     "{color:dark-grey}Toggle Selected{/color}{align:right}{color:black}<Enter>{/color} "
@@ -117,7 +119,7 @@ bool AdaptersDialog::ConfirmUsed() {
   for (const std::string& nic : result_) {
     auto used = usedBy_.find(nic);
     if (used != usedBy_.end() && used->second != ownSwitch_) {
-      UsedAdaptersDialog warning(this);
+      QuestionDialog warning(this, kUsedTitle, kUsedText, kUsedQuestion);
       return warning.RunModal() == 1;
     }
   }
@@ -128,7 +130,7 @@ int AdaptersDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(GetString(kText));
   SetFooter(kFooter);
-  heading_->SetText(kHeading);
+  heading_->SetText(kAdapterListHeading);
   list_->Draw();
   for (;;) {
     const int key = GetKey(true);

@@ -15,6 +15,10 @@
 
 namespace Konu {
 
+// The heading over AdapterRow rows, which start after a four-column check mark.
+inline constexpr const char* kAdapterListHeading =
+    "{align:padding:13}Device Name{/align}{align:padding:30}Hardware Label (MAC Address){/align}Status";
+
 // The list row of a NIC, names and labels shortened to fit their columns.
 std::string AdapterRow(const HostCtl::Network::Pnic& pnic, bool usedBySomething);
 

@@ -8,7 +8,9 @@
 #include "app/Runtime.h"
 #include "host/Host.h"
 #include "network/ManagementUplinks.h"
+#include "network/RestoreDvsDialog.h"
 #include "network/RestoreNetworkDialog.h"
+#include "network/RestoreStandardSwitchDialog.h"
 #include "ui/FormKeys.h"
 
 namespace Konu {
@@ -31,8 +33,8 @@ struct Entry {
 
 constexpr Entry kEntries[] = {
     {63, 66, false, RestoreNetworkSettings},  // "Restore Network Settings"
-    {64, 67, true, nullptr},                  // "Restore Standard Switch"
-    {65, 68, true, nullptr},                  // "Restore DVS"
+    {64, 67, true, RestoreStandardSwitch},    // "Restore Standard Switch"
+    {65, 68, true, RestoreDvs},               // "Restore DVS"
 };
 
 }  // namespace

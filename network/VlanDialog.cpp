@@ -24,12 +24,11 @@ constexpr int kInvalidTitle = 88;   // "Invalid VLAN ID"
 constexpr int kInvalidText = 89;    // "Please reenter a valid VLAN ID (1-4095)."
 constexpr int kFieldWidth = 6;
 
-// Digits and the editing keys that are not printable.
-bool IsVlanKey(int key) {
+}  // namespace
+
+bool IsVlanIdKey(int key) {
   return (key >= '0' && key <= '9') || (IsEditingKey(key) && (key < 32 || key >= 127));
 }
-
-}  // namespace
 
 VlanDialog::VlanDialog(Frame* owner, uint16_t vlanId)
     : Dialog(owner, kWidth, kHeight, kHeaderHeight), vlanId_(vlanId) {
@@ -81,7 +80,7 @@ int VlanDialog::EventLoop() {
       }
       ShowCursor(true);
       list_->Draw();
-    } else if (IsVlanKey(key)) {
+    } else if (IsVlanIdKey(key)) {
       field_->HandleKey(key);
       list_->Draw();
     }

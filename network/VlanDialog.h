@@ -10,6 +10,9 @@
 
 namespace Konu {
 
+// The keys a VLAN ID field takes: digits, and the editing keys that move or delete.
+bool IsVlanIdKey(int key);
+
 class VlanDialog : public Dialog {
  public:
   VlanDialog(Frame* owner, uint16_t vlanId);

@@ -3,6 +3,7 @@
 
 #include "host/HostCtlException.h"
 #include "host/linux/LinuxAuditLog.h"
+#include "host/linux/LinuxDistributedSwitchInfo.h"
 #include "host/linux/LinuxServices.h"
 #include "host/linux/LinuxSmartCardInfo.h"
 
@@ -38,6 +39,10 @@ std::unique_ptr<Network::RoutingInfo> LinuxHost::CreateRoutingInfo(const std::st
 
 std::unique_ptr<Network::VirtualSwitchInfo> LinuxHost::CreateVirtualSwitchInfo() const {
   return std::make_unique<LinuxVirtualSwitchInfo>(root_);
+}
+
+std::unique_ptr<Network::DistributedSwitchInfo> LinuxHost::CreateDistributedSwitchInfo() const {
+  return std::make_unique<LinuxDistributedSwitchInfo>();
 }
 
 std::unique_ptr<HardwareInfo> LinuxHost::CreateHardwareInfo() const {

@@ -41,7 +41,11 @@ namespace Konu::Sim {
 //   /network/vswitches/<name>               standard switches:
 //       {uplinks [nic names], portGroups {<pg>: {vlanId, teaming {maxActiveUplinks,
 //        explicitOrder, activeUplinks [], standbyUplinks []}}}}
-//   /network/dvSwitches/<name>              distributed switches {uplinks [], ports {}} (none fresh)
+//   /network/dvSwitches/<name>              distributed switches (none fresh; `konu-hostsim dvs`):
+//       {vendor ("Corbel" when absent), uplinks [this host's NIC names],
+//        ports {<key>: {vlanId, uplinks [], blocked, hostLocal, ... other properties}}}
+//   /network/nukNics/<name>/dvsPort         the port key when "switch" names a distributed switch;
+//       /usable false: the interface is disabled
 //   /network/routing/defaultTcpipStack/ipv4Gateway, .../ipv6Gateway
 //   /network/dns/defaultTcpipStack/nameServers [texts], /searchDomains [texts], /fromDhcp
 //   /network/dhcpServer                     the simulated DHCP server on the management LAN:

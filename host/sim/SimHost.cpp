@@ -2,6 +2,7 @@
 #include "host/sim/SimHost.h"
 
 #include "host/HostCtlException.h"
+#include "host/sim/SimDistributedSwitchInfo.h"
 #include "host/sim/SimServices.h"
 #include "host/sim/StateFile.h"
 
@@ -45,6 +46,10 @@ std::unique_ptr<Network::RoutingInfo> SimHost::CreateRoutingInfo(const std::stri
 
 std::unique_ptr<Network::VirtualSwitchInfo> SimHost::CreateVirtualSwitchInfo() const {
   return std::make_unique<SimVirtualSwitchInfo>(root_);
+}
+
+std::unique_ptr<Network::DistributedSwitchInfo> SimHost::CreateDistributedSwitchInfo() const {
+  return std::make_unique<SimDistributedSwitchInfo>(root_);
 }
 
 std::unique_ptr<HardwareInfo> SimHost::CreateHardwareInfo() const {

@@ -19,6 +19,7 @@ class SimHost : public Host {
   std::unique_ptr<Network::DnsConfig> CreateDnsConfig(const std::string& stack) const override;
   std::unique_ptr<Network::RoutingInfo> CreateRoutingInfo(const std::string& stack) const override;
   std::unique_ptr<Network::VirtualSwitchInfo> CreateVirtualSwitchInfo() const override;
+  std::unique_ptr<Network::DistributedSwitchInfo> CreateDistributedSwitchInfo() const override;
   std::unique_ptr<HardwareInfo> CreateHardwareInfo() const override;
   std::unique_ptr<SmartCardInfo> CreateSmartCardInfo() const override;
   std::unique_ptr<SystemInfo> CreateSystemInfo() const override;

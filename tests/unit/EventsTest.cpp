@@ -109,6 +109,9 @@ class RecordingHost : public HostCtl::Host {
   std::unique_ptr<HostCtl::Network::VirtualSwitchInfo> CreateVirtualSwitchInfo() const override {
     return nullptr;
   }
+  std::unique_ptr<HostCtl::Network::DistributedSwitchInfo> CreateDistributedSwitchInfo() const override {
+    return nullptr;
+  }
   std::unique_ptr<HostCtl::HardwareInfo> CreateHardwareInfo() const override { return nullptr; }
   std::unique_ptr<HostCtl::SmartCardInfo> CreateSmartCardInfo() const override { return nullptr; }
   std::unique_ptr<HostCtl::SystemInfo> CreateSystemInfo() const override { return nullptr; }
