@@ -56,7 +56,7 @@ std::string NextPortKey(const json& ports) {
 }  // namespace
 
 std::string SimDistributedSwitchInfo::GetVendor(const std::string& dvsName) const {
-  return VendorOf(SwitchIn(state_.Read("DistributedSwitchInfo.GetVendor"), dvsName));
+  return VendorOf(SwitchIn(*state_.Read("DistributedSwitchInfo.GetVendor"), dvsName));
 }
 
 Network::DVSwitchPort SimDistributedSwitchInfo::GetPort(const std::string& dvsName,
