@@ -28,6 +28,7 @@ struct EmergencyState {
 };
 EmergencyState emergency;
 std::atomic<bool> emergencyReady{false};
+std::atomic<bool> terminalLent{false};
 std::atomic<bool> restored{false};
 
 void Append(const char* capability) {
@@ -52,7 +53,9 @@ void PrepareTerminalRestore(const termios& saved) {
   // CAN first: the dropped output may have stopped inside an escape sequence.
   emergency.leave[0] = '\030';
   emergency.length = 1;
-  for (const char* capability : {"sgr0", "cnorm", "rmkx", "rmcup"}) Append(capability);
+  // cnorm after rmcup: leaving the alternate screen may restore the cursor state saved on
+  // entering it (a pager killed on its own alternate screen saved a hidden cursor).
+  for (const char* capability : {"sgr0", "rmkx", "rmcup", "cnorm"}) Append(capability);
   size_t n = sizeof kPaletteReset - 1;
   if (emergency.length + n < sizeof emergency.leave) {
     memcpy(emergency.leave + emergency.length, kPaletteReset, n);
@@ -62,7 +65,13 @@ void PrepareTerminalRestore(const termios& saved) {
   std::set_terminate(RestoreThenAbort);
 }
 
+void SetTerminalLent(bool lent) { terminalLent = lent; }
+
 void RestoreTerminal() {
+  if (terminalLent) {
+    EmergencyRestoreTerminal();
+    return;
+  }
   if (restored.exchange(true)) return;
   if (!isendwin()) endwin();
   fputs(kPaletteReset, stdout);

@@ -13,7 +13,12 @@ namespace Konu {
 void PrepareTerminalRestore(const termios& saved);
 
 // endwin() and ESC ] R on stdout; does nothing the second time. Registered with atexit.
+// While the terminal is lent to a child (the pager), which may have been killed in its own
+// modes, it restores as EmergencyRestoreTerminal does instead.
 void RestoreTerminal();
+
+// Whether the terminal is lent to a child now (TerminalLoan).
+void SetTerminalLent(bool lent);
 
 // For the signal thread when the user-interface thread does not answer a terminating
 // signal (its output held by XOFF, for instance). LetOutputFlow lets the terminal take

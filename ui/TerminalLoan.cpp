@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "app/Runtime.h"
+#include "app/TerminalRestore.h"
 
 namespace Konu {
 
@@ -15,9 +16,11 @@ TerminalLoan::TerminalLoan() {
   if (runtime.startupTerminalSaved) tcsetattr(1, TCSANOW, &runtime.startupTerminal);
   clear();
   refresh();
+  SetTerminalLent(true);
 }
 
 TerminalLoan::~TerminalLoan() {
+  SetTerminalLent(false);
   if (haveSaved_) tcsetattr(1, TCSANOW, &saved_);
   // Taking the terminal back from a background group would stop the console with SIGTTOU.
   sigset_t ttou, old;

@@ -2,7 +2,6 @@
 // results in order with the pings journalled through the management interface, skipped
 // fields, names resolved from the DNS model only (the hosts file set aside and put back
 // byte for byte), and Esc ending a hanging ping at once without leaving a child behind.
-#include <dirent.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -37,23 +36,6 @@ class NetworkTest : public SimHostFixture {
       if (!entry.is_discarded() && entry["argv"][0] == "nukping") pings.push_back(entry["argv"]);
     }
     return pings;
-  }
-
-  // Processes whose parent is `pid` (running or not yet reaped).
-  static std::vector<int> ChildrenOf(int pid) {
-    std::vector<int> children;
-    std::unique_ptr<DIR, int (*)(DIR*)> proc(opendir("/proc"), closedir);
-    while (dirent* entry = readdir(proc.get())) {
-      std::ifstream stat(std::string("/proc/") + entry->d_name + "/stat");
-      std::string text;
-      if (!std::getline(stat, text)) continue;
-      std::istringstream fields(text.substr(text.rfind(')') + 2));
-      std::string state;
-      int parent = 0;
-      fields >> state >> parent;
-      if (parent == pid) children.push_back(std::atoi(entry->d_name));
-    }
-    return children;
   }
 
   // Row numbers of `texts` on the screen, -1 for a missing one.

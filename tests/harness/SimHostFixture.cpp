@@ -1,10 +1,13 @@
 // A fresh simulated host per test, and the console started on it.
 #include "tests/harness/SimHostFixture.h"
 
+#include <dirent.h>
 #include <sys/wait.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
 
 #include "host/sim/StateFile.h"
@@ -125,6 +128,22 @@ void SimHostFixture::AddUser(const std::string& name, const std::string& passwor
 
 bool SimHostFixture::TerminalRestored(const Terminal& term) {
   return !term.AltScreen() && term.CursorVisible();
+}
+
+std::vector<int> SimHostFixture::ChildrenOf(int pid) {
+  std::vector<int> children;
+  std::unique_ptr<DIR, int (*)(DIR*)> proc(opendir("/proc"), closedir);
+  while (dirent* entry = readdir(proc.get())) {
+    std::ifstream stat(std::string("/proc/") + entry->d_name + "/stat");
+    std::string text;
+    if (!std::getline(stat, text)) continue;
+    std::istringstream fields(text.substr(text.rfind(')') + 2));
+    std::string state;
+    int parent = 0;
+    fields >> state >> parent;
+    if (parent == pid) children.push_back(std::atoi(entry->d_name));
+  }
+  return children;
 }
 
 }  // namespace KonuTest

@@ -75,6 +75,9 @@ class SimHostFixture : public ::testing::Test {
   // True when the program left the alternate screen and showed the cursor again.
   static bool TerminalRestored(const Terminal& term);
 
+  // Processes whose parent is `pid` (running or not yet reaped).
+  static std::vector<int> ChildrenOf(int pid);
+
  private:
   std::unique_ptr<SimHost> host_;  // removed with the test
 };
