@@ -9,6 +9,7 @@
 #include <exception>
 
 #include "app/Input.h"
+#include "host/ChildRegistry.h"
 #include "host/Host.h"
 #include "host/Log.h"
 #include "network/HostsFileGuard.h"
@@ -46,15 +47,17 @@ bool Resolve(const Probes& run, const std::string& name) {
 }
 
 void Work(const Probes& run) {
+  // Once the console ends (its children killed), the worker touches nothing shared: exit()
+  // may already be tearing down what the next probe would use.
   for (const NetworkProbe& probe : run.probes) {
-    if (*run.stopping) return;
+    if (*run.stopping || ChildrenEnding()) return;
     bool ok = false;
     try {
       ok = probe.kind == NetworkProbe::Kind::kPing ? Ping(run, probe.target) : Resolve(run, probe.target);
     } catch (const std::exception& e) {  // nothing leaves the worker thread
       Log(LOG_ERR, "Network test of %s failed: %s", probe.target.c_str(), e.what());
     }
-    if (*run.stopping) return;
+    if (*run.stopping || ChildrenEnding()) return;
     const char result = ok ? '1' : '0';
     while (write(run.resultFd, &result, 1) < 0 && errno == EINTR) {
     }

@@ -297,7 +297,7 @@ int Run(const char* path, const char* const argv[], char* out, int* outLength, c
   errStream.Finish();
 
   if ((status & 0x7f) != 0) {
-    Log(LOG_ERR, "Run Command did not terminate normally");
+    if (!ChildrenEnding()) Log(LOG_ERR, "Run Command did not terminate normally");
     return -1;
   }
   return (status >> 8) & 0xff;
