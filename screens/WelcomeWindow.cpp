@@ -12,6 +12,7 @@
 #include "host/Log.h"
 #include "screens/WelcomeFacts.h"
 #include "screens/WelcomeHostFacts.h"
+#include "ui/CursesStyle.h"
 #include "ui/strings/StringFactory.h"
 
 namespace Konu {
@@ -78,7 +79,7 @@ void WelcomeWindow::DrawCustom(const std::string& message) {
   DestroyStandardLayout();
   if (Curses()) {
     werase(Curses());
-    box(Curses(), 0, 0);
+    DrawFrame(Curses());
   }
   Update();
   if (!customMessage_) customMessage_ = std::make_unique<TextArea>(this, 2, 2, COLS - 4, LINES - 4, 7);
@@ -136,11 +137,11 @@ void WelcomeWindow::DestroyStandardLayout() {
 void WelcomeWindow::DrawBorder() {
   if (WINDOW* upper = upper_->Curses()) {
     werase(upper);
-    wborder(upper, ACS_VLINE, ACS_VLINE, ACS_HLINE, ' ', ACS_ULCORNER, ACS_URCORNER, ACS_VLINE, ACS_VLINE);
+    DrawFrame(upper, OpenSide::kBottom);
   }
   if (WINDOW* lower = lower_->Curses()) {
     werase(lower);
-    wborder(lower, ACS_VLINE, ACS_VLINE, ' ', ACS_HLINE, ACS_VLINE, ACS_VLINE, ACS_LLCORNER, ACS_LRCORNER);
+    DrawFrame(lower, OpenSide::kTop);
   }
 }
 

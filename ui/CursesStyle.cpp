@@ -16,6 +16,30 @@ void SetWindowBackground(WINDOW* window, int background, int foreground) {
   cchar_t cell;
   setcchar(&cell, blank, style.attrs, 0, &style.pair);
   wbkgrnd(window, &cell);
+  // wbkgrnd also makes the background the window's drawing attribute, but through the
+  // attribute word: a pair above 255 comes out as 255, and characters added later (the
+  // scroll bar's) would draw in that pair. Set it again with the whole number.
+  wattr_set(window, style.attrs, 0, &style.pair);
+}
+
+void DrawFrame(WINDOW* window, OpenSide open) {
+  if (!window) return;
+  // The wide-character forms take their colour from the window's background cell, pair
+  // number whole.
+  wchar_t space[] = L" ";
+  cchar_t blank;
+  setcchar(&blank, space, A_NORMAL, 0, nullptr);
+  const cchar_t* top = open == OpenSide::kTop ? &blank : WACS_HLINE;
+  const cchar_t* bottom = open == OpenSide::kBottom ? &blank : WACS_HLINE;
+  const cchar_t* upperLeft = open == OpenSide::kTop ? WACS_VLINE : WACS_ULCORNER;
+  const cchar_t* upperRight = open == OpenSide::kTop ? WACS_VLINE : WACS_URCORNER;
+  const cchar_t* lowerLeft = open == OpenSide::kBottom ? WACS_VLINE : WACS_LLCORNER;
+  const cchar_t* lowerRight = open == OpenSide::kBottom ? WACS_VLINE : WACS_LRCORNER;
+  wborder_set(window, WACS_VLINE, WACS_VLINE, top, bottom, upperLeft, upperRight, lowerLeft, lowerRight);
+}
+
+void DrawHorizontalLine(WINDOW* window, int row, int column, int length) {
+  if (window) mvwhline_set(window, row, column, WACS_HLINE, length);
 }
 
 AttributeState::AttributeState(WINDOW* window) : window_(window) { Apply(); }

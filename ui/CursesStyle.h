@@ -18,6 +18,16 @@ CursesStyle StyleOf(int background, int foreground);
 // wbkgd(window, ColorAttr(background, foreground)) with the whole pair number.
 void SetWindowBackground(WINDOW* window, int background, int foreground);
 
+// Which side of a frame stays blank: the welcome screen draws one box across two windows.
+enum class OpenSide { kNone, kTop, kBottom };
+
+// Lines round the window in the window's own colours. box() and wborder() pass the colours
+// through an attribute word, which holds pairs up to 255 only: on a 256-colour terminal every
+// pair but those on a black background would be lost.
+void DrawFrame(WINDOW* window, OpenSide open = OpenSide::kNone);
+// A horizontal line of `length` cells from (row, column), colours kept the same way.
+void DrawHorizontalLine(WINDOW* window, int row, int column, int length);
+
 // The attribute state of a window being drawn, switched the way wattr_on and wattr_off
 // switch an attribute word, and applied with the whole pair number.
 class AttributeState {

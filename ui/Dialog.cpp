@@ -3,6 +3,7 @@
 
 #include <curses.h>
 
+#include "ui/CursesStyle.h"
 #include "ui/Footers.h"
 #include "ui/FormKeys.h"
 
@@ -12,7 +13,7 @@ Dialog::Dialog(Frame* owner, int width, int height, int headerHeight)
     : Frame(owner, (COLS - width) / 2, (LINES - height) / 2, width, height, 0, 7) {
   if (Curses()) {
     werase(Curses());
-    box(Curses(), 0, 0);
+    DrawFrame(Curses());
   }
   const int bodyHeight = height - headerHeight;
   header_ = std::make_unique<Window>(this, 0, 0, width, headerHeight, 6, 7);

@@ -1,13 +1,13 @@
 // RootWindow: builds the two-pane layout from the screen size at construction.
 #include "ui/RootWindow.h"
 
-#include "app/Runtime.h"
-#include "host/Host.h"
-
 #include <curses.h>
 #include <syslog.h>
 
+#include "app/Runtime.h"
+#include "host/Host.h"
 #include "host/Log.h"
+#include "ui/CursesStyle.h"
 
 namespace Konu {
 
@@ -29,8 +29,8 @@ RootWindow::RootWindow(Frame* owner) : Frame(owner, 0, 0, COLS, LINES, 0, 7) {
   rightFooter_ = std::make_unique<TextArea>(rightPane_.get(), 1, LINES - 3, half - 3, 1, 7);
 
   if (WINDOW* main = mainArea_->Curses()) {
-    box(main, 0, 0);
-    mvwhline(main, 2, 1, 0, mainArea_->Width() - 2);  // under the two titles
+    DrawFrame(main);
+    DrawHorizontalLine(main, 2, 1, mainArea_->Width() - 2);  // under the two titles
   }
   Log(LOG_INFO, "COLS=%d, LINES=%d", COLS, LINES);
 }

@@ -22,7 +22,8 @@ json& OptionIn(json& state, const std::string& path) {
 }  // namespace
 
 std::unique_ptr<Adv::AdvancedOption> SimAdvancedOptions::FindOption(const std::string& path) const {
-  json state = state_.Read("AdvancedOptions.FindOption");
+  const auto snapshot = state_.Read("AdvancedOptions.FindOption");
+  const json& state = *snapshot;
   json::json_pointer p(OptionPointer(path));
   if (!state.contains(p) || !state.at(p).is_object()) return nullptr;
   const json& option = state.at(p);
@@ -65,13 +66,15 @@ void SimAdvancedOptions::SetStringValue(const std::string& path, const std::stri
 }
 
 bool SimAdvancedOptions::UserOptionExists(const std::string& name) const {
-  json state = state_.Read("AdvancedOptions.UserOptionExists");
+  const auto snapshot = state_.Read("AdvancedOptions.UserOptionExists");
+  const json& state = *snapshot;
   const json& options = NodeAt(state, "/userOptions");
   return options.is_object() && options.contains(name);
 }
 
 std::string SimAdvancedOptions::GetUserOption(const std::string& name) const {
-  json state = state_.Read("AdvancedOptions.GetUserOption");
+  const auto snapshot = state_.Read("AdvancedOptions.GetUserOption");
+  const json& state = *snapshot;
   const json& options = NodeAt(state, "/userOptions");
   if (!options.is_object() || !options.contains(name)) ThrowNotFound("User option", name);
   const json& value = options[name];

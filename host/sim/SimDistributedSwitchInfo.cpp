@@ -56,12 +56,13 @@ std::string NextPortKey(const json& ports) {
 }  // namespace
 
 std::string SimDistributedSwitchInfo::GetVendor(const std::string& dvsName) const {
-  return VendorOf(SwitchIn(state_.Read("DistributedSwitchInfo.GetVendor"), dvsName));
+  return VendorOf(SwitchIn(*state_.Read("DistributedSwitchInfo.GetVendor"), dvsName));
 }
 
 Network::DVSwitchPort SimDistributedSwitchInfo::GetPort(const std::string& dvsName,
                                                         const std::string& portKey) const {
-  const json state = state_.Read("DistributedSwitchInfo.GetPort");
+  const auto snapshot = state_.Read("DistributedSwitchInfo.GetPort");
+  const json& state = *snapshot;
   const json& port = PortIn(SwitchIn(state, dvsName), dvsName, portKey);
   Network::DVSwitchPort out;
   out.key = portKey;
@@ -112,7 +113,8 @@ void SimDistributedSwitchInfo::SetInterfacePort(const std::string& nic, const st
 }
 
 std::vector<std::string> SimDistributedSwitchInfo::GetInterfaceNames() const {
-  const json state = state_.Read("DistributedSwitchInfo.GetInterfaceNames");
+  const auto snapshot = state_.Read("DistributedSwitchInfo.GetInterfaceNames");
+  const json& state = *snapshot;
   std::vector<std::string> names;
   const json& nics = NodeAt(state, "/network/nukNics");
   if (nics.is_object())

@@ -54,18 +54,18 @@ json& ListIn(json& state, const std::string& pointer) {
 
 }  // namespace
 
-void SimDnsConfig::Refresh() { state_.Read("DnsConfig.Refresh"); }
+void SimDnsConfig::Refresh() { state_.CheckFault("DnsConfig.Refresh"); }
 
 std::string SimDnsConfig::GetHostname() const {
-  return ValueAt<std::string>(state_.Read("DnsConfig.GetHostname"), "/host/hostname", "");
+  return ValueAt<std::string>(*state_.Read("DnsConfig.GetHostname"), "/host/hostname", "");
 }
 
 std::string SimDnsConfig::GetDomain() const {
-  return ValueAt<std::string>(state_.Read("DnsConfig.GetDomain"), "/host/domain", "");
+  return ValueAt<std::string>(*state_.Read("DnsConfig.GetDomain"), "/host/domain", "");
 }
 
 bool SimDnsConfig::GetDhcp() const {
-  return ValueAt<bool>(state_.Read("DnsConfig.GetDhcp"), Dns() + "/fromDhcp", false);
+  return ValueAt<bool>(*state_.Read("DnsConfig.GetDhcp"), Dns() + "/fromDhcp", false);
 }
 
 void SimDnsConfig::SetHostname(const std::string& hostname, bool) {
@@ -86,7 +86,8 @@ void SimDnsConfig::SetFqdn(const std::string& fqdn, bool, const std::string&) {
 }
 
 std::vector<Network::Ipv4Address> SimDnsConfig::GetNameServers() const {
-  json state = state_.Read("DnsConfig.GetNameServers");
+  const auto snapshot = state_.Read("DnsConfig.GetNameServers");
+  const json& state = *snapshot;
   std::vector<Network::Ipv4Address> servers;
   const json& list = NodeAt(state, Dns() + "/nameServers");
   if (list.is_array())
@@ -98,7 +99,8 @@ std::vector<Network::Ipv4Address> SimDnsConfig::GetNameServers() const {
 }
 
 std::vector<Network::Ipv6Address> SimDnsConfig::GetIpv6NameServers() const {
-  json state = state_.Read("DnsConfig.GetIpv6NameServers");
+  const auto snapshot = state_.Read("DnsConfig.GetIpv6NameServers");
+  const json& state = *snapshot;
   std::vector<Network::Ipv6Address> servers;
   const json& list = NodeAt(state, Dns() + "/nameServers");
   if (list.is_array())
@@ -132,7 +134,8 @@ void SimDnsConfig::AddNameServer(const Network::Ipv6Address& server) {
 }
 
 std::vector<std::string> SimDnsConfig::GetSearchDomains() const {
-  json state = state_.Read("DnsConfig.GetSearchDomains");
+  const auto snapshot = state_.Read("DnsConfig.GetSearchDomains");
+  const json& state = *snapshot;
   std::vector<std::string> domains;
   const json& list = NodeAt(state, Dns() + "/searchDomains");
   if (list.is_array())

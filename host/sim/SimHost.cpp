@@ -12,7 +12,8 @@ namespace {
 // State read: /network/dns/<stack> or /network/routing/<stack> must exist for a stack.
 void RequireStack(const std::string& root, const std::string& stack) {
   SimState state(root);
-  nlohmann::json doc = state.Read("Host.Stack");
+  const auto snapshot = state.Read("Host.Stack");
+  const nlohmann::json& doc = *snapshot;
   if (!NodeAt(doc, "/network/dns/" + PointerKey(stack)).is_object() &&
       !NodeAt(doc, "/network/routing/" + PointerKey(stack)).is_object())
     ThrowNotFound("TCP/IP stack", stack);
@@ -26,7 +27,7 @@ std::string WithoutTrailingSlash(std::string root) {
 }  // namespace
 
 SimHost::SimHost(std::string root) : root_(WithoutTrailingSlash(std::move(root))) {
-  Konu::Sim::StateFile(root_).Read();
+  Konu::Sim::StateFile(root_).Snapshot();
 }
 
 std::unique_ptr<Network::NetworkInfo> SimHost::CreateNetworkInfo() const {

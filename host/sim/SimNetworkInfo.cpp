@@ -59,7 +59,8 @@ bool NaturalLess(const std::string& a, const std::string& b) {
 }  // namespace
 
 void SimNetworkInfo::UpdateManagementInterface() {
-  json state = state_.Read("NetworkInfo.UpdateManagementInterface");
+  const auto snapshot = state_.Read("NetworkInfo.UpdateManagementInterface");
+  const json& state = *snapshot;
   std::string name = ValueAt<std::string>(state, "/network/managementInterface", "");
   bool exists = !name.empty() && NodeAt(state, "/network/nukNics").contains(name);
   managementInterface_ = exists ? name : "";
@@ -74,7 +75,7 @@ std::unique_ptr<Network::NukNic> SimNetworkInfo::GetManagementInterface() {
 }
 
 bool SimNetworkInfo::IsNukIpv6Enabled() const {
-  return ValueAt<bool>(state_.Read("NetworkInfo.IsNukIpv6Enabled"), "/network/ipv6Enabled", false);
+  return ValueAt<bool>(*state_.Read("NetworkInfo.IsNukIpv6Enabled"), "/network/ipv6Enabled", false);
 }
 
 void SimNetworkInfo::SetNukIpv6Enabled(bool enabled) {
@@ -83,7 +84,8 @@ void SimNetworkInfo::SetNukIpv6Enabled(bool enabled) {
 }
 
 std::vector<Network::Pnic> SimNetworkInfo::GetPnics() const {
-  json state = state_.Read("NetworkInfo.GetPnics");
+  const auto snapshot = state_.Read("NetworkInfo.GetPnics");
+  const json& state = *snapshot;
   std::vector<Network::Pnic> pnics;
   const json& all = NodeAt(state, "/network/pnics");
   if (all.is_object())
@@ -94,7 +96,8 @@ std::vector<Network::Pnic> SimNetworkInfo::GetPnics() const {
 }
 
 Network::Pnic SimNetworkInfo::GetPnic(const std::string& name) const {
-  json state = state_.Read("NetworkInfo.GetPnic");
+  const auto snapshot = state_.Read("NetworkInfo.GetPnic");
+  const json& state = *snapshot;
   const json& all = NodeAt(state, "/network/pnics");
   if (!all.is_object() || !all.contains(name)) ThrowNotFound("Physical NIC", name);
   return PnicFrom(name, all[name]);

@@ -153,7 +153,7 @@ void AcquireIpv6Lease(json& state, const std::string& nicName) {
 }
 
 SimNukNic::SimNukNic(std::string root, std::string name) : state_(std::move(root)), name_(std::move(name)) {
-  NicIn(state_.Read("NukNic.Refresh"), name_);
+  NicIn(*state_.Read("NukNic.Refresh"), name_);
 }
 
 std::string SimNukNic::Nic() const { return "/network/nukNics/" + PointerKey(name_); }
@@ -169,12 +169,13 @@ const json& SimNukNic::NicIn(const json& state, const std::string& name) {
 }
 
 void SimNukNic::Refresh() {
-  NicIn(state_.Read("NukNic.Refresh"), name_);
+  NicIn(*state_.Read("NukNic.Refresh"), name_);
   KernelLog("refreshed");
 }
 
 bool SimNukNic::IsUsable() const {
-  json state = state_.Read("NukNic.IsUsable");
+  const auto snapshot = state_.Read("NukNic.IsUsable");
+  const json& state = *snapshot;
   json::json_pointer p(Nic());
   if (!state.contains(p)) return false;
   const json& nic = state.at(p);
@@ -182,12 +183,14 @@ bool SimNukNic::IsUsable() const {
 }
 
 Network::IpConfig SimNukNic::GetConfiguredIpConfig() const {
-  json state = state_.Read("NukNic.GetConfiguredIpConfig");
+  const auto snapshot = state_.Read("NukNic.GetConfiguredIpConfig");
+  const json& state = *snapshot;
   return ConfiguredFrom(state, NicIn(state, name_));
 }
 
 Network::IpConfig SimNukNic::GetCurrentIpConfig() const {
-  json state = state_.Read("NukNic.GetCurrentIpConfig");
+  const auto snapshot = state_.Read("NukNic.GetCurrentIpConfig");
+  const json& state = *snapshot;
   const json& nic = NicIn(state, name_);
   Network::IpConfig config = ConfiguredFrom(state, nic);
   if (config.GetUseDhcp()) {
@@ -241,7 +244,8 @@ void SimNukNic::SetIpConfig(const Network::IpConfig& config) {
 }
 
 Network::MacAddress SimNukNic::GetMacAddress() const {
-  json state = state_.Read("NukNic.GetMacAddress");
+  const auto snapshot = state_.Read("NukNic.GetMacAddress");
+  const json& state = *snapshot;
   Network::MacAddress mac;
   mac.SetAddress(ValueAt<std::string>(NicIn(state, name_), "/mac", ""));
   return mac;
@@ -261,7 +265,7 @@ void SimNukNic::SetMacAddressFromPnic(const std::string& pnicName) {
 }
 
 bool SimNukNic::GetDhcpBound() const {
-  return ValueAt<bool>(NicIn(state_.Read("NukNic.GetDhcpBound"), name_), "/dhcpBound", false);
+  return ValueAt<bool>(NicIn(*state_.Read("NukNic.GetDhcpBound"), name_), "/dhcpBound", false);
 }
 
 void SimNukNic::SetDhcpBound(bool bound) {
@@ -309,10 +313,13 @@ void SimNukNic::BringUp() {
   KernelLog("brought up");
 }
 
-bool SimNukNic::IsUp() const { return ValueAt<bool>(NicIn(state_.Read("NukNic.IsUp"), name_), "/up", false); }
+bool SimNukNic::IsUp() const {
+  return ValueAt<bool>(NicIn(*state_.Read("NukNic.IsUp"), name_), "/up", false);
+}
 
 Network::ConnectionPoint SimNukNic::GetConnectionPoint() const {
-  json state = state_.Read("NukNic.GetConnectionPoint");
+  const auto snapshot = state_.Read("NukNic.GetConnectionPoint");
+  const json& state = *snapshot;
   const json& nic = NicIn(state, name_);
   Network::ConnectionPoint point;
   std::string sw = ValueAt<std::string>(nic, "/switch", "");

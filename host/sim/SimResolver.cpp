@@ -50,7 +50,8 @@ bool Listed(const json& list, const std::string& text) {
 }  // namespace
 
 bool SimDnsConfig::ResolveHostname(const std::string& name, const std::atomic<bool>& stop) {
-  json state = state_.Read("DnsConfig.ResolveHostname");
+  const auto snapshot = state_.Read("DnsConfig.ResolveHostname");
+  const json& state = *snapshot;
   const std::string wanted = Canonical(name);
   if (wanted.empty() || stop) return false;
   if (Konu::Sim::OperationHangs(state, "DnsConfig.ResolveHostname")) {

@@ -11,14 +11,14 @@ using nlohmann::json;
 
 Network::Ipv4Address SimRoutingInfo::GetNuKernelDefaultGateway() const {
   Network::Ipv4Address gateway;
-  gateway.SetAddress(ValueAt<std::string>(state_.Read("RoutingInfo.GetNuKernelDefaultGateway"),
+  gateway.SetAddress(ValueAt<std::string>(*state_.Read("RoutingInfo.GetNuKernelDefaultGateway"),
                                           Routing() + "/ipv4Gateway", ""));
   return gateway;
 }
 
 Network::Ipv6Address SimRoutingInfo::GetIpv6NuKernelDefaultGateway() const {
   Network::Ipv6Address gateway;
-  gateway.SetAddress(ValueAt<std::string>(state_.Read("RoutingInfo.GetIpv6NuKernelDefaultGateway"),
+  gateway.SetAddress(ValueAt<std::string>(*state_.Read("RoutingInfo.GetIpv6NuKernelDefaultGateway"),
                                           Routing() + "/ipv6Gateway", ""));
   return gateway;
 }

@@ -28,14 +28,14 @@ std::string SimState::Path(const std::string& absolute) const {
 
 void SimState::CheckFault(const std::string& operation) const { Read(operation); }
 
-nlohmann::json SimState::Read(const std::string& operation) const {
-  nlohmann::json state;
+std::shared_ptr<const nlohmann::json> SimState::Read(const std::string& operation) const {
+  std::shared_ptr<const nlohmann::json> state;
   try {
-    state = file_.Read();
+    state = file_.Snapshot();
   } catch (const Konu::Sim::StateFileError& e) {
     throw Lib::HostCtlException(e.what());
   }
-  if (auto message = Konu::Sim::OperationFault(state, operation)) throw Lib::HostCtlException(*message);
+  if (auto message = Konu::Sim::OperationFault(*state, operation)) throw Lib::HostCtlException(*message);
   return state;
 }
 

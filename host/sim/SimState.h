@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
 
@@ -23,8 +24,9 @@ class SimState {
   // Throws HostCtlException with the injected message when
   // "/faults/operations/<operation>" holds one ("NukNic.SetIpConfig").
   void CheckFault(const std::string& operation) const;
-  // CheckFault, then the whole state.
-  nlohmann::json Read(const std::string& operation) const;
+  // CheckFault, then the whole state, read-only (the file is parsed again only when it
+  // changed).
+  std::shared_ptr<const nlohmann::json> Read(const std::string& operation) const;
   // CheckFault, then a locked read-modify-write.
   void Update(const std::string& operation, const std::function<void(nlohmann::json&)>& change);
 

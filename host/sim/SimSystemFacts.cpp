@@ -18,7 +18,8 @@ namespace HostCtl::Sim {
 using nlohmann::json;
 
 Hardware SimHardwareInfo::GetHardware() const {
-  json state = state_.Read("HardwareInfo.GetHardware");
+  const auto snapshot = state_.Read("HardwareInfo.GetHardware");
+  const json& state = *snapshot;
   Hardware hw;
   hw.vendor = ValueAt<std::string>(state, "/hardware/vendor", "");
   hw.product = ValueAt<std::string>(state, "/hardware/product", "");
@@ -33,7 +34,8 @@ Hardware SimHardwareInfo::GetHardware() const {
 }
 
 SupportFacts SimSupportInfo::GetSupportFacts() const {
-  json state = state_.Read("SupportInfo.GetSupportFacts");
+  const auto snapshot = state_.Read("SupportInfo.GetSupportFacts");
+  const json& state = *snapshot;
   SupportFacts facts;
   facts.supportStart = ValueAt<std::string>(state, "/support/start", "");
   facts.supportPeriod = ValueAt<std::string>(state, "/support/period", "");
@@ -47,7 +49,8 @@ SupportFacts SimSupportInfo::GetSupportFacts() const {
 }
 
 std::vector<SmartCardSlot> SimSmartCardInfo::GetSlots() const {
-  json state = state_.Read("SmartCardInfo.GetSlots");
+  const auto snapshot = state_.Read("SmartCardInfo.GetSlots");
+  const json& state = *snapshot;
   std::vector<SmartCardSlot> slots;
   const json& list = NodeAt(state, "/smartCards/slots");
   if (!list.is_array()) return slots;
@@ -62,7 +65,8 @@ std::vector<SmartCardSlot> SimSmartCardInfo::GetSlots() const {
 }
 
 std::vector<uint8_t> SimSysinfoUtil::SysinfoGet(const std::string& node, size_t size) const {
-  json state = state_.Read("SysinfoUtil.SysinfoGet");
+  const auto snapshot = state_.Read("SysinfoUtil.SysinfoGet");
+  const json& state = *snapshot;
   std::vector<uint8_t> record;
   if (node == SystemVersionRecord::kNode) {
     SystemVersionRecord version;

@@ -27,7 +27,7 @@ void RequireLayout(const json& state, const std::string& layout) {
 }  // namespace
 
 std::string SimSystemInfo::GetWelcomeMessage() const {
-  return ValueAt<std::string>(state_.Read("SystemInfo.GetWelcomeMessage"), "/host/welcomeMessage", "");
+  return ValueAt<std::string>(*state_.Read("SystemInfo.GetWelcomeMessage"), "/host/welcomeMessage", "");
 }
 
 void SimSystemInfo::SetSystemAlert(const std::string& text) {
@@ -40,11 +40,12 @@ void SimSystemInfo::SetSystemAlert(const std::string& text) {
 }
 
 std::string SimSystemInfo::GetKeyboardLayout() const {
-  return ValueAt<std::string>(state_.Read("SystemInfo.GetKeyboardLayout"), "/keyboard/current", "");
+  return ValueAt<std::string>(*state_.Read("SystemInfo.GetKeyboardLayout"), "/keyboard/current", "");
 }
 
 std::vector<std::string> SimSystemInfo::GetKeyboardLayouts() const {
-  json state = state_.Read("SystemInfo.GetKeyboardLayouts");
+  const auto snapshot = state_.Read("SystemInfo.GetKeyboardLayouts");
+  const json& state = *snapshot;
   std::vector<std::string> layouts;
   const json& list = NodeAt(state, "/keyboard/layouts");
   if (list.is_array())
@@ -68,7 +69,8 @@ void SimSystemInfo::SetKeyboardLayout(const std::string& layout) {
 }
 
 FirewallRuleset SimSystemInfo::GetFirewallRulesetById(const std::string& id) const {
-  json state = state_.Read("SystemInfo.GetFirewallRulesetById");
+  const auto snapshot = state_.Read("SystemInfo.GetFirewallRulesetById");
+  const json& state = *snapshot;
   const json& all = NodeAt(state, "/firewall");
   if (!all.is_object() || !all.contains(id)) ThrowNotFound("Firewall ruleset", id);
   return {id, ValueAt<bool>(all[id], "/enabled", false)};
@@ -83,13 +85,15 @@ void SimSystemInfo::SetFirewallRulesetEnabled(const std::string& id, bool enable
 }
 
 bool SimSystemInfo::HasAccount(const std::string& name) const {
-  const json state = state_.Read("SystemInfo.HasAccount");
+  const auto snapshot = state_.Read("SystemInfo.HasAccount");
+  const json& state = *snapshot;
   const json& users = NodeAt(state, "/users");
   return !name.empty() && users.is_object() && users.contains(name);
 }
 
 bool SimSystemInfo::HasRunningVms() const {
-  const nlohmann::json state = state_.Read("SystemInfo.HasRunningVms");
+  const auto snapshot = state_.Read("SystemInfo.HasRunningVms");
+  const nlohmann::json& state = *snapshot;
   const nlohmann::json& vms = NodeAt(state, "/vms");
   if (!vms.is_array()) return false;
   return std::any_of(vms.begin(), vms.end(), [](const nlohmann::json& vm) {

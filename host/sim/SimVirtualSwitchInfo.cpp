@@ -57,14 +57,18 @@ json& SwitchIn(json& state, const std::string& name) {
   return switches[name];
 }
 
-// The port group's JSON and its switch's name; throws when there is no such port group.
-json& PortGroupIn(json& state, const std::string& name, std::string* switchName = nullptr) {
-  for (auto& [key, sw] : Switches(state).items()) {
-    if (!sw.is_object() || !sw.contains("portGroups") || !sw["portGroups"].is_object()) continue;
-    json& groups = sw["portGroups"];
+// The port group's JSON (of a state to read or to change) and its switch's name; throws
+// when there is no such port group.
+template <typename Json>
+Json& PortGroupIn(Json& state, const std::string& name, std::string* switchName = nullptr) {
+  const json::json_pointer switches("/network/vswitches");
+  if (!state.contains(switches) || !state.at(switches).is_object()) ThrowNotFound("Port group", name);
+  for (auto& [key, sw] : state.at(switches).items()) {
+    if (!sw.is_object() || !sw.contains("portGroups") || !sw.at("portGroups").is_object()) continue;
+    Json& groups = sw.at("portGroups");
     if (groups.contains(name)) {
       if (switchName) *switchName = key;
-      return groups[name];
+      return groups.at(name);
     }
   }
   ThrowNotFound("Port group", name);
@@ -73,9 +77,12 @@ json& PortGroupIn(json& state, const std::string& name, std::string* switchName 
 }  // namespace
 
 std::vector<Network::VirtualSwitch> SimVirtualSwitchInfo::GetVirtualSwitches() const {
-  json state = state_.Read("VirtualSwitchInfo.GetVirtualSwitches");
+  const auto snapshot = state_.Read("VirtualSwitchInfo.GetVirtualSwitches");
+  const json& state = *snapshot;
   std::vector<Network::VirtualSwitch> out;
-  for (auto& [name, sw] : Switches(state).items()) {
+  const json& switches = NodeAt(state, "/network/vswitches");
+  if (!switches.is_object()) return out;
+  for (auto& [name, sw] : switches.items()) {
     Network::VirtualSwitch v{name, Names(NodeAt(sw, "/uplinks")), {}};
     if (sw.contains("portGroups") && sw["portGroups"].is_object())
       for (auto& [pg, unused] : sw["portGroups"].items()) v.portGroups.push_back(pg);
@@ -85,7 +92,8 @@ std::vector<Network::VirtualSwitch> SimVirtualSwitchInfo::GetVirtualSwitches() c
 }
 
 std::vector<Network::DVSwitch> SimVirtualSwitchInfo::GetDVSwitches() const {
-  json state = state_.Read("VirtualSwitchInfo.GetDVSwitches");
+  const auto snapshot = state_.Read("VirtualSwitchInfo.GetDVSwitches");
+  const json& state = *snapshot;
   std::vector<Network::DVSwitch> out;
   const json& all = NodeAt(state, "/network/dvSwitches");
   if (all.is_object())
@@ -101,7 +109,8 @@ Network::VirtualSwitch SimVirtualSwitchInfo::GetVirtualSwitch(const std::string&
 }
 
 Network::PortGroup SimVirtualSwitchInfo::GetPortGroup(const std::string& name) const {
-  json state = state_.Read("VirtualSwitchInfo.GetPortGroup");
+  const auto snapshot = state_.Read("VirtualSwitchInfo.GetPortGroup");
+  const json& state = *snapshot;
   std::string switchName;
   const json& pg = PortGroupIn(state, name, &switchName);
   return {name, switchName, ValueAt<uint16_t>(pg, "/vlanId", 0), PolicyFrom(NodeAt(pg, "/teaming"))};

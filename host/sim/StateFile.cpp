@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <fstream>
+#include <mutex>
 #include <sstream>
 
 namespace Konu::Sim {
@@ -77,6 +77,73 @@ int NestingDepth(const std::string& text, int limit) {
   return deepest;
 }
 
+// The whole content of an open file.
+std::string ReadAll(int fd, const std::string& path) {
+  std::string text;
+  char buffer[16384];
+  for (;;) {
+    ssize_t n = read(fd, buffer, sizeof buffer);
+    if (n < 0 && errno == EINTR) continue;
+    if (n < 0) throw StateFileError(path + ": cannot read: " + ErrnoText());
+    if (n == 0) return text;
+    text.append(buffer, static_cast<size_t>(n));
+  }
+}
+
+// Throws unless the state has the shape every host state has.
+void CheckShape(const nlohmann::json& state, const std::string& path) {
+  if (!state.is_object()) throw StateFileError(path + ": malformed state: the top level is not an object");
+  for (const char* part : kRequiredParts) {
+    auto found = state.find(part);
+    if (found == state.end() || !found->is_object())
+      throw StateFileError(path + ": malformed state: \"" + part + "\" is missing or not an object");
+  }
+}
+
+}  // namespace
+
+struct StateFileVersion {
+  dev_t device = 0;
+  ino_t inode = 0;
+  off_t size = -1;
+  timespec modified{};
+  timespec changed{};
+
+  static StateFileVersion Of(const struct stat& st) {
+    return {st.st_dev, st.st_ino, st.st_size, st.st_mtim, st.st_ctim};
+  }
+  bool operator==(const StateFileVersion& other) const {
+    return device == other.device && inode == other.inode && size == other.size &&
+           modified.tv_sec == other.modified.tv_sec && modified.tv_nsec == other.modified.tv_nsec &&
+           changed.tv_sec == other.changed.tv_sec && changed.tv_nsec == other.changed.tv_nsec;
+  }
+};
+
+namespace {
+
+// The state file this process read or wrote last, parsed. One is enough: a console works
+// on one host. The parsed state is shared read-only between the threads that ask for it.
+struct LastState {
+  std::mutex mutex;
+  std::string path;
+  StateFileVersion version;
+  std::shared_ptr<const nlohmann::json> state;
+};
+
+LastState& Last() {
+  static LastState last;
+  return last;
+}
+
+void Remember(const std::string& path, const StateFileVersion& version,
+              std::shared_ptr<const nlohmann::json> state) {
+  LastState& last = Last();
+  std::lock_guard lock(last.mutex);
+  last.path = path;
+  last.version = version;
+  last.state = std::move(state);
+}
+
 }  // namespace
 
 std::string StateFilePath(const std::string& root) {
@@ -103,23 +170,27 @@ StateLock::~StateLock() {
 
 StateFile::StateFile(std::string root) : root_(std::move(root)), path_(StateFilePath(root_)) {}
 
-nlohmann::json StateFile::ReadUnlocked() const {
-  std::ifstream in(path_, std::ios::binary);
-  if (!in) throw StateFileError(path_ + ": cannot open: " + ErrnoText());
-  std::stringstream buffer;
-  buffer << in.rdbuf();
-  std::string text = buffer.str();
+nlohmann::json StateFile::ReadUnlocked(StateFileVersion* version) const {
+  int fd = open(path_.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) throw StateFileError(path_ + ": cannot open: " + ErrnoText());
+  std::string text;
+  struct stat st {};
+  try {
+    // The version of the file actually read, not of whatever the path names by now.
+    if (fstat(fd, &st) != 0) throw StateFileError(path_ + ": cannot stat: " + ErrnoText());
+    text = ReadAll(fd, path_);
+  } catch (...) {
+    close(fd);
+    throw;
+  }
+  close(fd);
+  if (version) *version = StateFileVersion::Of(st);
   if (NestingDepth(text, kDeepestNesting) > kDeepestNesting)
     throw StateFileError(path_ + ": malformed state: nested deeper than " + std::to_string(kDeepestNesting) +
                          " levels");
   try {
     nlohmann::json state = nlohmann::json::parse(text);
-    if (!state.is_object()) throw StateFileError(path_ + ": malformed state: the top level is not an object");
-    for (const char* part : kRequiredParts) {
-      auto found = state.find(part);
-      if (found == state.end() || !found->is_object())
-        throw StateFileError(path_ + ": malformed state: \"" + part + "\" is missing or not an object");
-    }
+    CheckShape(state, path_);
     return state;
   } catch (const nlohmann::json::parse_error& e) {
     // Turn the byte offset into a line and column an editor can jump to.
@@ -140,7 +211,7 @@ nlohmann::json StateFile::ReadUnlocked() const {
   }
 }
 
-void StateFile::WriteUnlocked(const nlohmann::json& state) {
+StateFileVersion StateFile::WriteUnlocked(const nlohmann::json& state) {
   std::string text = state.dump(2) + "\n";
   std::string temp = path_ + ".tmp." + std::to_string(getpid());
   // The state holds the users' secrets: readable by its owner only.
@@ -149,35 +220,59 @@ void StateFile::WriteUnlocked(const nlohmann::json& state) {
   try {
     WriteAll(fd, text, temp);
     if (fsync(fd) != 0) throw StateFileError(temp + ": cannot sync: " + ErrnoText());
+    if (rename(temp.c_str(), path_.c_str()) != 0)
+      throw StateFileError(path_ + ": cannot replace: " + ErrnoText());
   } catch (...) {
     close(fd);
     unlink(temp.c_str());
     throw;
   }
+  // After the rename, which sets the change time: the version a later Snapshot will see.
+  struct stat st {};
+  fstat(fd, &st);
   close(fd);
-  if (rename(temp.c_str(), path_.c_str()) != 0) {
-    std::string why = ErrnoText();
-    unlink(temp.c_str());
-    throw StateFileError(path_ + ": cannot replace: " + why);
-  }
+  return StateFileVersion::Of(st);
 }
 
-nlohmann::json StateFile::Read() const {
+nlohmann::json StateFile::Read() const { return *Snapshot(); }
+
+std::shared_ptr<const nlohmann::json> StateFile::Snapshot() const {
   // The writer renames a complete file into place, so a reader needs no lock.
-  return ReadUnlocked();
+  LastState& last = Last();
+  struct stat st {};
+  if (stat(path_.c_str(), &st) == 0) {
+    std::lock_guard lock(last.mutex);
+    if (last.state && last.path == path_ && last.version == StateFileVersion::Of(st)) return last.state;
+  }
+  StateFileVersion version;
+  auto state = std::make_shared<const nlohmann::json>(ReadUnlocked(&version));
+  Remember(path_, version, state);
+  return state;
 }
 
 void StateFile::Update(const std::function<void(nlohmann::json&)>& change) {
   StateLock lock(path_ + ".lock");
-  nlohmann::json state = ReadUnlocked();
+  // Always from the file itself: another writer may have replaced it a moment ago.
+  nlohmann::json state = ReadUnlocked(nullptr);
   change(state);
-  WriteUnlocked(state);
+  const StateFileVersion written = WriteUnlocked(state);
+  Keep(written, std::move(state));
 }
 
 void StateFile::Write(const nlohmann::json& state) {
   MakeDirs(DirName(path_));
   StateLock lock(path_ + ".lock");
-  WriteUnlocked(state);
+  const StateFileVersion written = WriteUnlocked(state);
+  Keep(written, state);
+}
+
+void StateFile::Keep(const StateFileVersion& version, nlohmann::json state) const {
+  try {
+    CheckShape(state, path_);  // what a read of the file would refuse is not kept either
+  } catch (const StateFileError&) {
+    return;
+  }
+  Remember(path_, version, std::make_shared<const nlohmann::json>(std::move(state)));
 }
 
 nlohmann::json StateFile::Get(const std::string& pointer) const {

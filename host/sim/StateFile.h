@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
@@ -14,6 +15,10 @@ class StateFileError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
+
+// Which version of the file was read or written: device, inode, size, modification and
+// change times.
+struct StateFileVersion;
 
 // The whole state of one simulated host, kept in <root>/etc/konu-sim/host.json. Every writer
 // holds an exclusive flock on host.json.lock while it reads, changes and replaces the file
@@ -29,6 +34,11 @@ class StateFile {
 
   // The current state. Throws StateFileError when the file is missing or malformed.
   nlohmann::json Read() const;
+  // The current state, shared and read-only. The file is parsed again only when it is no
+  // longer the one last read (another inode, size, modification or change time), so a
+  // program asking many times about a host that does not change reads it once; every writer
+  // replaces the file by rename, so each change is seen.
+  std::shared_ptr<const nlohmann::json> Snapshot() const;
 
   // Locks, reads, lets `change` modify the state, and writes it back atomically. If
   // `change` throws, nothing is written and the exception passes on.
@@ -42,8 +52,10 @@ class StateFile {
   nlohmann::json Get(const std::string& pointer) const;
 
  private:
-  nlohmann::json ReadUnlocked() const;
-  void WriteUnlocked(const nlohmann::json& state);
+  nlohmann::json ReadUnlocked(StateFileVersion* version) const;
+  StateFileVersion WriteUnlocked(const nlohmann::json& state);
+  // Keeps what was just written as the last state read, unless a read would refuse it.
+  void Keep(const StateFileVersion& version, nlohmann::json state) const;
 
   std::string root_;
   std::string path_;

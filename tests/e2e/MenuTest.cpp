@@ -163,6 +163,18 @@ TEST_F(Menu, ListsItsEntriesAndDrawsEveryPaneFullyOn80x24And80x25) {
 
 namespace {
 
+// A remote terminal with 256 colours: the box round the main area and the line under the
+// titles keep the main area's colours, white lines on light grey.
+TEST_F(Menu, TheBoxKeepsItsColoursOnA256ColourTerminal) {
+  Terminal term(24, 80);
+  Open(term, /*local=*/false);
+  for (auto [row, col] : {std::pair{0, 0}, {0, 40}, {2, 20}, {2, 60}, {10, 0}, {10, 79}, {22, 0}, {22, 79}}) {
+    EXPECT_EQ(term.Colors(row, col).background, 2) << row << "," << col;
+    EXPECT_EQ(term.Colors(row, col).foreground, 7) << row << "," << col;
+  }
+  EXPECT_EQ(term.Region(0, 0, 1, 1), "┌") << term.Screen();
+}
+
 TEST_F(Menu, RestrictedHostDimsAndSkipsEntriesAndWarnsOfTheEmptyPassword) {
   SetState("/network/managementInterface", "");
   SetState("/userOptions/PXEBootEnabled", "1");

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <functional>
 #include <sstream>
 
 #include "tests/harness/SimHostFixture.h"
@@ -18,44 +19,38 @@ using KonuTest::Terminal;
 
 class Startup : public SimHostFixture {};
 
-TEST_F(Startup, DrawsTheProductLineAndEndsWithStatusZeroOnEachTerminationSignal) {
-  for (int sig : {SIGTERM, SIGINT, SIGQUIT, SIGHUP}) {
+// Every way the console ends: status 0, the terminal restored, and the palette reset
+// (ESC ] R) written, which the host's own console would otherwise keep redefined.
+TEST_F(Startup, EveryExitPathEndsWithStatusZeroRestoresTheTerminalAndResetsThePalette) {
+  const struct {
+    const char* name;
+    std::function<void(Terminal&)> end;
+    const char* logLine;  // nullptr: none asked for
+  } paths[] = {
+      {"SIGTERM", [](Terminal& t) { t.Signal(SIGTERM); }, nullptr},
+      {"SIGINT", [](Terminal& t) { t.Signal(SIGINT); }, nullptr},
+      {"SIGQUIT", [](Terminal& t) { t.Signal(SIGQUIT); }, nullptr},
+      {"SIGHUP (hang-up)", [](Terminal& t) { t.Signal(SIGHUP); }, nullptr},
+      {"resize", [](Terminal& t) { t.Resize(30, 100); }, "Resized window to 100x30"},
+      {"ESC R", [](Terminal& t) { t.Write("\033R"); }, "Resized window to 80x24"},
+  };
+  for (const auto& path : paths) {
     Terminal term(24, 80);
     StartKonu(term);
-    ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-    term.Signal(sig);
+    ASSERT_TRUE(term.WaitForText(ProductLine())) << path.name << "\n" << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling()) << path.name;
+    path.end(term);
     int status = -1;
-    ASSERT_TRUE(term.WaitForExit(5000, &status)) << "signal " << sig;
-    EXPECT_TRUE(WIFEXITED(status)) << "signal " << sig;
-    EXPECT_EQ(0, WEXITSTATUS(status)) << "signal " << sig;
-    EXPECT_TRUE(TerminalRestored(term)) << "signal " << sig;
+    ASSERT_TRUE(term.WaitForExit(5000, &status)) << path.name;
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << path.name << ": " << status;
+    EXPECT_TRUE(TerminalRestored(term)) << path.name;
+    EXPECT_NE(term.Output().find("\033]R"), std::string::npos) << path.name << ": no palette reset";
+    if (path.logLine) {
+      EXPECT_NE(Syslog().find(path.logLine), std::string::npos) << path.name << "\n" << Syslog();
+    }
   }
   EXPECT_NE(std::string::npos, Syslog().find("KONU[")) << Syslog();
   EXPECT_NE(std::string::npos, Syslog().find("Starting KONU"));
-}
-
-TEST_F(Startup, ResizeLogsTheNewSizeAndEnds) {
-  Terminal term(24, 80);
-  StartKonu(term);
-  ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-  term.Resize(30, 100);
-  int status = -1;
-  ASSERT_TRUE(term.WaitForExit(5000, &status));
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-  EXPECT_NE(std::string::npos, Syslog().find("Resized window to 100x30")) << Syslog();
-}
-
-TEST_F(Startup, EscapeRIsAResize) {
-  Terminal term(24, 80);
-  StartKonu(term);
-  ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  term.Write("\033R");
-  int status = -1;
-  ASSERT_TRUE(term.WaitForExit(5000, &status));
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-  EXPECT_NE(std::string::npos, Syslog().find("Resized window to 80x24")) << Syslog();
-  EXPECT_TRUE(TerminalRestored(term));
 }
 
 TEST_F(Startup, BelowEightyByTwentyFourOnlyTheSizeNeededShowsAndNoKeyIsTaken) {
@@ -149,6 +144,18 @@ TEST_F(Startup, HelpAndBadOptions) {
   ASSERT_TRUE(bad.WaitForText("unknown option '--frobnicate'"));
   ASSERT_TRUE(bad.WaitForExit(5000, &status));
   EXPECT_EQ(2, WEXITSTATUS(status));
+
+  // A terminal type curses does not know, or cannot draw on, is said on the terminal and in
+  // the syslog instead of a silent end.
+  for (const char* type : {"no-such-terminal", "unknown"}) {
+    Terminal term(24, 80);
+    term.Spawn({KONU_BIN, "--host-root", Root()}, {std::string("TERM=") + type, "LANG=C.UTF-8"});
+    const std::string message = std::string("konu: cannot start on terminal type '") + type + "'";
+    EXPECT_TRUE(term.WaitForText(message)) << type << "\n" << term.Screen();
+    ASSERT_TRUE(term.WaitForExit(5000, &status)) << type;
+    EXPECT_EQ(1, WEXITSTATUS(status)) << type;
+    EXPECT_NE(Syslog().find(message), std::string::npos) << type << "\n" << Syslog();
+  }
 }
 
 TEST_F(Startup, AMalformedOrMissingHostStateIsRefusedWithTheFileNamed) {

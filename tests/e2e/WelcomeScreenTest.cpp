@@ -83,6 +83,12 @@ TEST_F(WelcomeScreen, StandardLayoutShowsTheHostAndHowToReachIt) {
   EXPECT_EQ(term.Colors(12, 8).background, 3);
   EXPECT_EQ(term.Colors(22, 2).foreground, 7) << "<F2> in the normal colour";
   EXPECT_EQ(term.Colors(22, 7).foreground, 6) << "its text in dark grey";
+  // The box round the screen in its halves' colours, on this 256-colour terminal too.
+  for (auto [row, col] : {std::pair{0, 0}, {0, 40}, {6, 0}, {10, 79}, {11, 0}, {17, 79}, {23, 0}, {23, 40}}) {
+    const KonuTest::CellColors cell = term.Colors(row, col);
+    EXPECT_EQ(cell.background, row < 11 ? 6 : 3) << row << "," << col;
+    EXPECT_EQ(cell.foreground, 7) << row << "," << col;
+  }
 }
 
 TEST_F(WelcomeScreen, HardwareLineShowsTheProductAloneWhenItBeginsWithTheVendor) {

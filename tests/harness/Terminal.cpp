@@ -122,6 +122,8 @@ bool Terminal::Impl::ReadOnce(int ms) {
       got = true;
       hungUp = false;
       bytesRead += static_cast<size_t>(n);
+      output.append(buffer, static_cast<size_t>(n));
+      if (output.size() > 2 * kOutputKept) output.erase(0, output.size() - kOutputKept);
       vterm_input_write(vt, buffer, static_cast<size_t>(n));
       continue;
     }
@@ -264,6 +266,11 @@ bool Terminal::WaitForExit(int timeoutMs, int* status) {
 }
 
 size_t Terminal::BytesWritten() const { return impl_->bytesRead; }
+
+std::string Terminal::Output() const {
+  const std::string& all = impl_->output;
+  return all.size() > Impl::kOutputKept ? all.substr(all.size() - Impl::kOutputKept) : all;
+}
 
 void Terminal::ResetCellWrites() {
   impl_->cellWrites.assign(static_cast<size_t>(impl_->rows * impl_->cols), 0);

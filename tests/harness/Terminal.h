@@ -121,6 +121,7 @@ class Terminal {
   bool Find(std::string_view text, int* row, int* col) const;
 
   size_t BytesWritten() const;  // bytes the program has written so far (pumped)
+  std::string Output() const;   // the last 64 KiB of them, raw (escape sequences and all)
   // How many times each cell was written (a character put, erased or scrolled in) since
   // the last ResetCellWrites: what a key or a screen change costs a slow line.
   void ResetCellWrites();

@@ -54,6 +54,8 @@ struct Terminal::Impl {
   int exitStatus = 0;
   bool hungUp = false;  // the slave side is closed: reads give EIO
   size_t bytesRead = 0;
+  std::string output;  // the last kOutputKept bytes read, raw
+  static constexpr size_t kOutputKept = 65536;
 
   VTerm* vt = nullptr;
   VTermScreen* screen = nullptr;

@@ -85,6 +85,8 @@ TEST(ItemListScreen, TenItemsInFourRowsScrollAndTheBarReachesTheLastRow) {
   EXPECT_EQ(t.Region(1, 31, 4, 1), kBlock + "\n" + kShade + "\n" + kShade + "\n" + kShade);
   ExpectColors(t, 1, 2, 0, 7);  // the selection bar
   ExpectColors(t, 2, 2, 3, 0);
+  ExpectColors(t, 1, 31, 3, 0);  // the scroll bar in the pane's colours
+  ExpectColors(t, 2, 31, 3, 0);
 
   for (int i = 0; i < 9; ++i) t.Press("Down");
   ASSERT_TRUE(t.WaitForText("moves 9 focus 9", 5000)) << t.Screen();

@@ -37,6 +37,20 @@ TEST_F(HostSimState, WriteCreatesTheFileAndUpdateChangesIt) {
   EXPECT_EQ(file.Get("/power/state"), "off");
 }
 
+// Asking again about an unchanged file costs no new parse; a change another process makes (by
+// rename, as every writer does) is seen on the next read.
+TEST_F(HostSimState, AnUnchangedFileIsParsedOnceAndAnotherProcesssChangeIsSeen) {
+  file.Write(Konu::Sim::DefaultHostState());
+  auto first = file.Snapshot();
+  EXPECT_EQ(file.Snapshot().get(), first.get());
+  KonuTest::CommandResult r =
+      KonuTest::RunCommandLine({KONU_HOSTSIM_BIN, "--root", dir.Path(), "set", "/power/state", "\"off\""});
+  ASSERT_EQ(r.exitCode, 0) << r.err;
+  auto changed = file.Snapshot();
+  EXPECT_EQ((*changed)["power"]["state"], "off");
+  EXPECT_EQ(file.Snapshot().get(), changed.get());
+}
+
 TEST_F(HostSimState, ChangeThatThrowsWritesNothing) {
   file.Write(Konu::Sim::DefaultHostState());
   std::string before = ReadFileText(file.Path());
