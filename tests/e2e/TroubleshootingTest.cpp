@@ -155,6 +155,7 @@ TEST_F(Troubleshooting, TheTimeoutsEntryGreysWhenBothAreOffAndStillOpens) {
   ASSERT_TRUE(term.WaitUntilPolling());
   Press(term, {"Up", "Enter"});  // SSH on
   ASSERT_TRUE(term.WaitForText("Disable SSH")) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());  // the entries below are redrawn after it
   EXPECT_NE(6, Foreground(term, "Modify Orin Shell and SSH timeouts")) << term.Screen();
 }
 
