@@ -81,8 +81,9 @@ std::vector<SmartCardSlot> LinuxSmartCardInfo::GetSlots() const {
   for (size_t i = 0; i < readers.size(); ++i)
     states[i] = ReaderState{readers[i].c_str(), nullptr, kStateUnaware, 0, 0, {}};
   std::vector<SmartCardSlot> slots;
-  if (states.empty() || status(context, 0, states.data(), static_cast<Dword>(states.size())) != 0)
-    return slots;
+  if (states.empty()) return slots;
+  const long result = status(context, 0, states.data(), static_cast<Dword>(states.size()));
+  if (result != 0 && result != kTimeout) return slots;
   for (size_t i = 0; i < readers.size(); ++i) {
     SmartCardSlot slot{readers[i], std::nullopt};
     if (states[i].eventState & kStatePresent) slot.token = SmartCardToken{};
