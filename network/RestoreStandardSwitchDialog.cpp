@@ -1,7 +1,6 @@
 // RestoreStandardSwitchDialog: 70 x 12, the question under the text; the move on F11.
 #include "network/RestoreStandardSwitchDialog.h"
 
-#include <curses.h>
 #include <syslog.h>
 
 #include <algorithm>
@@ -10,8 +9,6 @@
 #include "host/HostCtlException.h"
 #include "host/Log.h"
 #include "network/ManagementDvsPort.h"
-#include "ui/Footers.h"
-#include "ui/FormKeys.h"
 #include "ui/MessageDialog.h"
 
 namespace Konu {
@@ -134,12 +131,7 @@ int RestoreStandardSwitchDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(GetString(kText));
   question_->SetText(GetString(kQuestion));
-  SetFooter(kFooterF11OkCancel);
-  for (;;) {
-    const int key = GetKey(true);
-    if (key == kKeyEsc) return 0;
-    if (key == KEY_F(11)) break;
-  }
+  if (!AwaitF11()) return 0;
   SetFooter("");
   Restore();
   return 1;
