@@ -10,6 +10,7 @@
 #include "host/HostCtlException.h"
 #include "host/Log.h"
 #include "network/AdapterInfoDialog.h"
+#include "ui/Markup.h"
 #include "ui/QuestionDialog.h"
 
 namespace Konu {
@@ -41,8 +42,9 @@ std::string AdapterRow(const HostCtl::Network::Pnic& pnic, bool usedBySomething)
   if (label.size() > 14) label = label.substr(0, 11) + "...";
   std::string mac = pnic.macAddress.GetStringAddress();
   if (label.size() + mac.size() > 25) mac = "..." + mac.substr(mac.size() - (22 - label.size()));
-  return "{align:padding:13}" + name + "{/align}{align:padding:30}" + label + " (" + mac + "){/align}" +
-         (pnic.linkUp ? "Connected" : "Disconnected") + " " + (usedBySomething ? "(...)" : "");
+  return "{align:padding:13}" + LiteralMarkup(name) + "{/align}{align:padding:30}" + LiteralMarkup(label) +
+         " (" + mac + "){/align}" + (pnic.linkUp ? "Connected" : "Disconnected") + " " +
+         (usedBySomething ? "(...)" : "");
 }
 
 AdaptersDialog::AdaptersDialog(Frame* owner, std::vector<std::string> selected, uint32_t maxActiveUplinks,

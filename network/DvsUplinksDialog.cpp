@@ -10,6 +10,7 @@
 #include "host/HostCtlException.h"
 #include "host/Log.h"
 #include "network/AdaptersDialog.h"
+#include "ui/Markup.h"
 
 namespace Konu {
 namespace {
@@ -34,7 +35,7 @@ DvsUplinksDialog::DvsUplinksDialog(Frame* owner, std::vector<std::string> uplink
   std::vector<Item*> items;
   for (const std::string& name : uplinks_) {
     // A NIC the host cannot describe is still listed, by name.
-    std::string row = name;
+    std::string row = LiteralMarkup(name);
     try {
       row = AdapterRow(info->GetPnic(name), false);
     } catch (const HostCtl::Lib::HostCtlException& e) {

@@ -7,6 +7,7 @@
 #include "host/Host.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
+#include "ui/Markup.h"
 
 namespace Konu {
 namespace {
@@ -36,7 +37,7 @@ KeyboardDialog::KeyboardDialog(Frame* owner) : Dialog(owner, kWidth, kHeight, kH
   for (size_t i = 0; i < layouts_.size(); ++i) {
     const bool on = layouts_[i] == current;
     if (on) chosen_ = static_cast<unsigned>(i);
-    items_.push_back(std::make_unique<RadioItem>(layouts_[i], on));
+    items_.push_back(std::make_unique<RadioItem>(LiteralMarkup(layouts_[i]), on));
     items.push_back(items_.back().get());
   }
   Window* content = Content();

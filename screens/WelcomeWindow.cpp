@@ -13,6 +13,7 @@
 #include "screens/WelcomeFacts.h"
 #include "screens/WelcomeHostFacts.h"
 #include "ui/CursesStyle.h"
+#include "ui/Markup.h"
 #include "ui/strings/StringFactory.h"
 
 namespace Konu {
@@ -154,8 +155,8 @@ void WelcomeWindow::FillFacts() {
 
   productLine_->SetText(GetString(kProductLineId));
   const HostCtl::Hardware hardware = ReadHardware();
-  hardwareLine_->SetText(HardwareLine(hardware.vendor, hardware.product));
-  cpuMemoryLines_->SetText(CpuLine(hardware.cpuPackages, hardware.cpuModel) + "\n" +
+  hardwareLine_->SetText(LiteralMarkup(HardwareLine(hardware.vendor, hardware.product)));
+  cpuMemoryLines_->SetText(LiteralMarkup(CpuLine(hardware.cpuPackages, hardware.cpuModel)) + "\n" +
                            MemoryLine(hardware.memoryBytes));
 }
 
