@@ -1,7 +1,6 @@
 // AdaptersDialog: 76 x 20, a heading row over one check-box row per physical NIC.
 #include "network/AdaptersDialog.h"
 
-#include <curses.h>
 #include <syslog.h>
 
 #include <algorithm>
@@ -33,7 +32,6 @@ constexpr const char* kFooter =
     "{color:dark-grey}Toggle Selected{/color}{align:right}{color:black}<Enter>{/color} "
     "{color:dark-grey}OK{/color}  {color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
 constexpr int kMarkWidth = 4;  // "[X] " before each row
-constexpr int kEsc = 27;
 
 }  // namespace
 
@@ -93,9 +91,7 @@ int AdaptersDialog::FocusedNic() const {
   return index >= 0 && index < static_cast<int>(pnics_.size()) ? index : -1;
 }
 
-void AdaptersDialog::Toggle() {
-  const int index = FocusedNic();
-  if (index < 0) return;
+void AdaptersDialog::Toggle(int index) {
   const std::string& name = pnics_[index].name;
   auto at = std::find(result_.begin(), result_.end(), name);
   if (at != result_.end()) {
@@ -106,7 +102,6 @@ void AdaptersDialog::Toggle() {
     result_.push_back(name);
     items_[index]->SetChecked(true);
   }
-  list_->Draw();
 }
 
 void AdaptersDialog::ShowDetails() {
@@ -133,23 +128,12 @@ int AdaptersDialog::EventLoop() {
   SetText(GetString(kText));
   SetFooter(kFooter);
   heading_->SetText(kAdapterListHeading);
-  list_->Draw();
-  for (;;) {
-    const int key = GetKey(true);
-    if (key == KEY_DOWN) {
-      list_->Down();
-    } else if (key == KEY_UP) {
-      list_->Up();
-    } else if (key == ' ') {
-      Toggle();
-    } else if (key == 'd' || key == 'D') {
-      ShowDetails();
-    } else if (key == kEsc) {
-      return 0;
-    } else if (key == '\n') {
-      if (result_.empty() || ConfirmUsed()) return 1;
-    }
-  }
+  return RunList(
+      *list_, [this](int index) { Toggle(index); },
+      [this] { return result_.empty() || ConfirmUsed() ? 1 : -1; },
+      [this](int key) {
+        if (key == 'd' || key == 'D') ShowDetails();
+      });
 }
 
 }  // namespace Konu

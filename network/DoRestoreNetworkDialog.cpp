@@ -59,7 +59,7 @@ bool DoRestoreNetworkDialog::RestoreFactoryNetwork() {
     Runtime::Get().Host().CreateNetworkInfo()->RestoreFactoryNetwork();
     return true;
   } catch (const HostCtl::Lib::HostCtlException& e) {
-    return Failed("Unable to restore the factory network settings", e.what());
+    return Failed(kFactoryRestoreFailed, e.what());
   }
 }
 
