@@ -217,22 +217,29 @@ int ConsoleMain(int argc, char** argv, const ConsoleHooks& hooks) {
   Runtime::Get().startupTerminal = saved;
 
   if (!StartCurses(saved)) return 1;
+  // A host error ends the console normally. Any other error is a fault of the console: it
+  // ends the same tidy way (the host starts the console again), but with status 1, so the
+  // restart shows as a failure and not as an abort with a core dump and half a terminal.
+  // Nothing is said on the terminal: after ESC ] R most terminals other than the Linux
+  // console would take it for part of that sequence.
+  int status = 0;
   try {
     hooks.runFirstScreen();
   } catch (const HostCtl::Lib::HostCtlException& e) {
     Log(LOG_ERR, "KONU aborted by exception: %s", e.what());
   } catch (const std::exception& e) {
-    // Not the host's: put the terminal back and let it end the program as before.
     Log(LOG_ERR, "KONU aborted by exception: %s", e.what());
-    RestoreTerminal();
-    throw;
+    status = 1;
+  } catch (...) {
+    Log(LOG_ERR, "KONU aborted by exception: of an unknown type");
+    status = 1;
   }
   erase();
   refresh();
   // endwin and the Linux console's palette reset, undoing the colour redefinitions.
   RestoreTerminal();
   Runtime::Get().SetHost(nullptr);
-  return 0;
+  return status;
 }
 
 }  // namespace Konu

@@ -2,6 +2,7 @@
 #include "network/AdapterInfoDialog.h"
 
 #include "ui/Footers.h"
+#include "ui/Markup.h"
 
 namespace Konu {
 namespace {
@@ -16,10 +17,11 @@ constexpr int kEsc = 27;
 AdapterInfoDialog::AdapterInfoDialog(Frame* owner, const HostCtl::Network::Pnic& pnic,
                                      const std::string& usedBy)
     : Dialog(owner, kWidth, kHeight, kHeaderHeight) {
-  details_ = "Device Name: " + pnic.name + "\nHardware Label: " + pnic.GetHardwareLabel() +
+  details_ = "Device Name: " + LiteralMarkup(pnic.name) +
+             "\nHardware Label: " + LiteralMarkup(pnic.GetHardwareLabel()) +
              "\nMAC Address: " + pnic.macAddress.GetStringAddress() +
              "\nConnection Status: " + (pnic.linkUp ? "Connected" : "Disconnected") + "\n\n" +
-             (usedBy.empty() ? "Used By: None" : "Used By:\n  " + usedBy);
+             (usedBy.empty() ? "Used By: None" : "Used By:\n  " + LiteralMarkup(usedBy));
   if (Window* content = Content())
     text_ = std::make_unique<TextArea>(content, 0, 0, content->Width(), content->Height(), 7);
 }

@@ -1,7 +1,6 @@
 // AdaptersDialog: 76 x 20, a heading row over one check-box row per physical NIC.
 #include "network/AdaptersDialog.h"
 
-#include <curses.h>
 #include <syslog.h>
 
 #include <algorithm>
@@ -11,6 +10,7 @@
 #include "host/HostCtlException.h"
 #include "host/Log.h"
 #include "network/AdapterInfoDialog.h"
+#include "ui/Markup.h"
 #include "ui/QuestionDialog.h"
 
 namespace Konu {
@@ -32,7 +32,6 @@ constexpr const char* kFooter =
     "{color:dark-grey}Toggle Selected{/color}{align:right}{color:black}<Enter>{/color} "
     "{color:dark-grey}OK{/color}  {color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
 constexpr int kMarkWidth = 4;  // "[X] " before each row
-constexpr int kEsc = 27;
 
 }  // namespace
 
@@ -43,8 +42,9 @@ std::string AdapterRow(const HostCtl::Network::Pnic& pnic, bool usedBySomething)
   if (label.size() > 14) label = label.substr(0, 11) + "...";
   std::string mac = pnic.macAddress.GetStringAddress();
   if (label.size() + mac.size() > 25) mac = "..." + mac.substr(mac.size() - (22 - label.size()));
-  return "{align:padding:13}" + name + "{/align}{align:padding:30}" + label + " (" + mac + "){/align}" +
-         (pnic.linkUp ? "Connected" : "Disconnected") + " " + (usedBySomething ? "(...)" : "");
+  return "{align:padding:13}" + LiteralMarkup(name) + "{/align}{align:padding:30}" + LiteralMarkup(label) +
+         " (" + mac + "){/align}" + (pnic.linkUp ? "Connected" : "Disconnected") + " " +
+         (usedBySomething ? "(...)" : "");
 }
 
 AdaptersDialog::AdaptersDialog(Frame* owner, std::vector<std::string> selected, uint32_t maxActiveUplinks,
@@ -91,9 +91,7 @@ int AdaptersDialog::FocusedNic() const {
   return index >= 0 && index < static_cast<int>(pnics_.size()) ? index : -1;
 }
 
-void AdaptersDialog::Toggle() {
-  const int index = FocusedNic();
-  if (index < 0) return;
+void AdaptersDialog::Toggle(int index) {
   const std::string& name = pnics_[index].name;
   auto at = std::find(result_.begin(), result_.end(), name);
   if (at != result_.end()) {
@@ -104,7 +102,6 @@ void AdaptersDialog::Toggle() {
     result_.push_back(name);
     items_[index]->SetChecked(true);
   }
-  list_->Draw();
 }
 
 void AdaptersDialog::ShowDetails() {
@@ -131,23 +128,12 @@ int AdaptersDialog::EventLoop() {
   SetText(GetString(kText));
   SetFooter(kFooter);
   heading_->SetText(kAdapterListHeading);
-  list_->Draw();
-  for (;;) {
-    const int key = GetKey(true);
-    if (key == KEY_DOWN) {
-      list_->Down();
-    } else if (key == KEY_UP) {
-      list_->Up();
-    } else if (key == ' ') {
-      Toggle();
-    } else if (key == 'd' || key == 'D') {
-      ShowDetails();
-    } else if (key == kEsc) {
-      return 0;
-    } else if (key == '\n') {
-      if (result_.empty() || ConfirmUsed()) return 1;
-    }
-  }
+  return RunList(
+      *list_, [this](int index) { Toggle(index); },
+      [this] { return result_.empty() || ConfirmUsed() ? 1 : -1; },
+      [this](int key) {
+        if (key == 'd' || key == 'D') ShowDetails();
+      });
 }
 
 }  // namespace Konu

@@ -37,7 +37,7 @@ class AdaptersDialog : public Dialog {
   uint32_t MaxActiveUplinks() const { return maxActiveUplinks_; }
 
  private:
-  void Toggle();
+  void Toggle(int index);
   void ShowDetails();
   // True when no chosen NIC serves another connection, or the operator agreed to move them.
   bool ConfirmUsed();

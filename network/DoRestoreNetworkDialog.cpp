@@ -14,6 +14,7 @@
 #include "ops/PowerOffVms.h"
 #include "ui/Footers.h"
 #include "ui/FormKeys.h"
+#include "ui/Markup.h"
 #include "ui/MessageDialog.h"
 
 namespace Konu {
@@ -49,7 +50,7 @@ void DoRestoreNetworkDialog::Append(const std::string& text) {
 
 bool DoRestoreNetworkDialog::Failed(const char* step, const std::string& message) {
   Log(LOG_ERR, "%s: %s", step, message.c_str());
-  MessageDialog(this, kErrorTitle, message).RunModal();
+  MessageDialog(this, kErrorTitle, LiteralMarkup(message)).RunModal();
   return false;
 }
 
@@ -58,7 +59,7 @@ bool DoRestoreNetworkDialog::RestoreFactoryNetwork() {
     Runtime::Get().Host().CreateNetworkInfo()->RestoreFactoryNetwork();
     return true;
   } catch (const HostCtl::Lib::HostCtlException& e) {
-    return Failed("Unable to restore the factory network settings", e.what());
+    return Failed(kFactoryRestoreFailed, e.what());
   }
 }
 

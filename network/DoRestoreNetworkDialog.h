@@ -20,6 +20,9 @@
 
 namespace Konu {
 
+// The log line of a factory restore that cannot run or failed, before its reason.
+inline constexpr const char* kFactoryRestoreFailed = "Unable to restore the factory network settings";
+
 class DoRestoreNetworkDialog : public Dialog {
  public:
   explicit DoRestoreNetworkDialog(Frame* owner);

@@ -1,7 +1,6 @@
 // DvsUplinksDialog: 76 x 16, the adapter list's heading and rows, one check box per uplink.
 #include "network/DvsUplinksDialog.h"
 
-#include <curses.h>
 #include <syslog.h>
 
 #include <algorithm>
@@ -11,7 +10,7 @@
 #include "host/HostCtlException.h"
 #include "host/Log.h"
 #include "network/AdaptersDialog.h"
-#include "ui/FormKeys.h"
+#include "ui/Markup.h"
 
 namespace Konu {
 namespace {
@@ -36,7 +35,7 @@ DvsUplinksDialog::DvsUplinksDialog(Frame* owner, std::vector<std::string> uplink
   std::vector<Item*> items;
   for (const std::string& name : uplinks_) {
     // A NIC the host cannot describe is still listed, by name.
-    std::string row = name;
+    std::string row = LiteralMarkup(name);
     try {
       row = AdapterRow(info->GetPnic(name), false);
     } catch (const HostCtl::Lib::HostCtlException& e) {
@@ -66,24 +65,9 @@ int DvsUplinksDialog::EventLoop() {
   SetText(GetString(kText));
   SetFooter(kFooter);
   heading_->SetText(kAdapterListHeading);
-  list_->Draw();
-  for (;;) {
-    const int key = GetKey(true);
-    if (key == KEY_DOWN) {
-      list_->Down();
-    } else if (key == KEY_UP) {
-      list_->Up();
-    } else if (key == ' ') {
-      const int index = list_->Focus().FocusedIndex();
-      if (index < 0 || index >= static_cast<int>(items_.size())) continue;
-      items_[index]->SetChecked(!items_[index]->IsChecked());
-      list_->Draw();
-    } else if (key == kKeyEsc) {
-      return 0;
-    } else if (IsEnterKey(key)) {
-      return 1;
-    }
-  }
+  return RunList(
+      *list_, [this](int index) { items_[index]->SetChecked(!items_[index]->IsChecked()); },
+      [] { return 1; });
 }
 
 }  // namespace Konu

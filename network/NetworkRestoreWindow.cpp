@@ -1,7 +1,5 @@
-// NetworkRestoreWindow: the entry table, the distributed-switch check and the key loop.
+// NetworkRestoreWindow: the entry table and the distributed-switch check.
 #include "network/NetworkRestoreWindow.h"
-
-#include <curses.h>
 
 #include <iterator>
 
@@ -11,7 +9,6 @@
 #include "network/RestoreDvsDialog.h"
 #include "network/RestoreNetworkDialog.h"
 #include "network/RestoreStandardSwitchDialog.h"
-#include "ui/FormKeys.h"
 
 namespace Konu {
 namespace {
@@ -66,31 +63,15 @@ void NetworkRestoreWindow::Refresh() {
 }
 
 int NetworkRestoreWindow::EventLoop() {
-  MenuTitle().SetText(GetString(kTitle));
-  MenuList().Draw();
-  Refresh();
-  for (;;) {
-    const int key = GetKey(true);
-    if (key == kKeyEsc) return 0;
-    if (key == KEY_DOWN) {
-      MenuList().Down();
-    } else if (key == KEY_UP) {
-      MenuList().Up();
-    } else if (IsEnterKey(key)) {
-      const int index = MenuList().Focus().FocusedIndex();
-      if (index < 0 || index >= static_cast<int>(std::size(kEntries))) continue;
-      const Entry& entry = kEntries[index];
-      if (!entry.run || !items_[index].IsEnabled()) continue;
-      entry.run(this);
-      Reenable();
-      // A restore that took the interface off its distributed switch dims the entry run.
-      if (!items_[index].IsEnabled()) MenuList().SetItems({&items_[0], &items_[1], &items_[2]});
-      MenuList().Draw();
-    } else {
-      continue;
-    }
-    Refresh();
-  }
+  return RunMenu(kTitle, [this](int index) {
+    if (index < 0 || index >= static_cast<int>(std::size(kEntries))) return;
+    const Entry& entry = kEntries[index];
+    if (!entry.run || !items_[index].IsEnabled()) return;
+    entry.run(this);
+    Reenable();
+    // A restore that took the interface off its distributed switch dims the entry run.
+    if (!items_[index].IsEnabled()) MenuList().SetItems({&items_[0], &items_[1], &items_[2]});
+  });
 }
 
 }  // namespace Konu

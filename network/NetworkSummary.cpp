@@ -2,6 +2,7 @@
 #include <string>
 
 #include "network/NetworkWindow.h"
+#include "ui/Markup.h"
 
 namespace Konu {
 namespace {
@@ -32,7 +33,7 @@ constexpr int kHelp[NetworkWindow::kEntryCount] = {53, 54, 55, 56, 59, 60};
 
 std::string NetworkWindow::SummaryText(int entry) const {
   const std::string notSet = GetString(kNotSet);
-  auto orNotSet = [&](const std::string& value) { return value.empty() ? notSet : value; };
+  auto orNotSet = [&](const std::string& value) { return value.empty() ? notSet : LiteralMarkup(value); };
   auto v4 = [&](const HostCtl::Network::Ipv4Address& a) {
     return a.IsZero() ? notSet : a.GetStringAddress();
   };
@@ -44,7 +45,7 @@ std::string NetworkWindow::SummaryText(int entry) const {
   std::string text;
   switch (entry) {
     case kAdapters:
-      for (const std::string& nic : model_.selectedAdapters) text += nic + "\n";
+      for (const std::string& nic : model_.selectedAdapters) text += LiteralMarkup(nic) + "\n";
       if (model_.selectedAdapters.empty()) text = notSet + "\n";
       break;
     case kVlan:

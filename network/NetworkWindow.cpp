@@ -13,6 +13,7 @@
 #include "network/ApplyChangesDialog.h"
 #include "network/ManagementUplinks.h"
 #include "network/VlanDialog.h"
+#include "ui/Markup.h"
 #include "ui/MessageDialog.h"
 
 namespace Konu {
@@ -227,7 +228,7 @@ void NetworkWindow::Step(const char* failure, const std::function<void()>& work)
   } catch (const HostCtlException& e) {
     const std::string text = failure + std::string(e.what());
     Log(LOG_ERR, "%s", text.c_str());
-    MessageDialog error(this, kErrorTitle, text);
+    MessageDialog error(this, kErrorTitle, LiteralMarkup(text));
     error.RunModal();
   }
 }

@@ -10,6 +10,7 @@
 #include "network/DvsUplinksDialog.h"
 #include "network/VlanDialog.h"
 #include "ui/FormKeys.h"
+#include "ui/Markup.h"
 #include "ui/MessageDialog.h"
 #include "ui/QuestionDialog.h"
 
@@ -89,7 +90,7 @@ RestoreDvsDialog::RestoreDvsDialog(Frame* owner, ManagementDvsPort found)
 RestoreDvsDialog::~RestoreDvsDialog() = default;
 
 void RestoreDvsDialog::Draw() {
-  uplinks_.SetText(std::string(GetString(kSelectUplinks)) + ": " + Joined(selected_));
+  uplinks_.SetText(std::string(GetString(kSelectUplinks)) + ": " + LiteralMarkup(Joined(selected_)));
   list_->Draw();
   ShowCursor(list_->FocusedItem() == &vlan_);
 }

@@ -54,7 +54,7 @@ void RestoreNetworkSettings(Frame* owner) {
     RestoreNetworkDialog(owner).RunModal();
     return;
   }
-  Log(LOG_ERR, "Unable to restore the factory network settings: %s", reason.c_str());
+  Log(LOG_ERR, "%s: %s", kFactoryRestoreFailed, reason.c_str());
   MessageDialog(owner, kErrorTitle, kCannotRestore).RunModal();
 }
 

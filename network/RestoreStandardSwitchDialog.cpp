@@ -9,6 +9,7 @@
 #include "host/HostCtlException.h"
 #include "host/Log.h"
 #include "network/ManagementDvsPort.h"
+#include "ui/Markup.h"
 #include "ui/MessageDialog.h"
 
 namespace Konu {
@@ -51,7 +52,7 @@ RestoreStandardSwitchDialog::~RestoreStandardSwitchDialog() = default;
 
 void RestoreStandardSwitchDialog::Fail(const std::string& text) {
   Log(LOG_ERR, "%s", text.c_str());
-  MessageDialog error(this, kErrorTitle, text);
+  MessageDialog error(this, kErrorTitle, LiteralMarkup(text));
   error.RunModal();
 }
 

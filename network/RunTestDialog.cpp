@@ -4,6 +4,7 @@
 #include "app/Runtime.h"
 #include "ui/Footers.h"
 #include "ui/FormKeys.h"
+#include "ui/Markup.h"
 
 namespace Konu {
 namespace {
@@ -43,7 +44,7 @@ void RunTestDialog::ShowProgress() {
   for (size_t i = 0; i < probes_.size() && i <= results_.size(); ++i) {
     const NetworkProbe& probe = probes_[i];
     text += GetString(probe.kind == NetworkProbe::Kind::kPing ? kPinging : kResolving);
-    text += " " + probe.target + " ... ";
+    text += " " + LiteralMarkup(probe.target) + " ... ";
     if (i < results_.size()) text += GetString(results_[i] ? kOk : kFailed);
     text += "\n";
   }

@@ -1,13 +1,13 @@
 // KeyboardDialog: 76 x 18, one radio item per layout, Space marks, Enter applies.
 #include "ops/KeyboardDialog.h"
 
-#include <curses.h>
 #include <syslog.h>
 
 #include "app/Runtime.h"
 #include "host/Host.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
+#include "ui/Markup.h"
 
 namespace Konu {
 namespace {
@@ -21,7 +21,6 @@ constexpr const char* kFooter =
     "{color:black}<Up/Down>{/color} {color:dark-grey}Select{/color}  {color:black}<Space>{/color} "
     "{color:dark-grey}Toggle Selected{/color}{align:right}{color:black}<Enter>{/color} "
     "{color:dark-grey}OK{/color}  {color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
-constexpr int kEsc = 27;
 
 }  // namespace
 
@@ -38,7 +37,7 @@ KeyboardDialog::KeyboardDialog(Frame* owner) : Dialog(owner, kWidth, kHeight, kH
   for (size_t i = 0; i < layouts_.size(); ++i) {
     const bool on = layouts_[i] == current;
     if (on) chosen_ = static_cast<unsigned>(i);
-    items_.push_back(std::make_unique<RadioItem>(layouts_[i], on));
+    items_.push_back(std::make_unique<RadioItem>(LiteralMarkup(layouts_[i]), on));
     items.push_back(items_.back().get());
   }
   Window* content = Content();
@@ -48,15 +47,12 @@ KeyboardDialog::KeyboardDialog(Frame* owner) : Dialog(owner, kWidth, kHeight, kH
 
 KeyboardDialog::~KeyboardDialog() = default;
 
-void KeyboardDialog::Mark() {
-  const int cursor = list_->Focus().FocusedIndex();
-  if (cursor < 0 || cursor >= static_cast<int>(items_.size())) return;
+void KeyboardDialog::Mark(int cursor) {
   if (chosen_ < items_.size()) items_[chosen_]->SetChecked(false);
   items_[cursor]->SetChecked(true);
   // The index of the marked item in the whole list, so that Enter applies what the
   // operator marked even when the list was scrolled.
   chosen_ = static_cast<unsigned>(cursor);
-  list_->Draw();
 }
 
 bool KeyboardDialog::Apply() {
@@ -77,21 +73,8 @@ int KeyboardDialog::EventLoop() {
   SetTitle(GetString(kTitle));
   SetText(GetString(kText));
   SetFooter(kFooter);
-  list_->Draw();
-  for (;;) {
-    const int key = GetKey(true);
-    if (key == KEY_DOWN) {
-      list_->Down();
-    } else if (key == KEY_UP) {
-      list_->Up();
-    } else if (key == ' ') {
-      Mark();
-    } else if (key == kEsc) {
-      return 0;
-    } else if (key == '\n' || key == '\r' || key == KEY_ENTER) {
-      return Apply() ? 1 : 0;
-    }
-  }
+  return RunList(
+      *list_, [this](int index) { Mark(index); }, [this] { return Apply() ? 1 : 0; });
 }
 
 }  // namespace Konu

@@ -27,7 +27,7 @@ class KeyboardDialog : public Dialog {
   unsigned Chosen() const { return chosen_; }
 
  private:
-  void Mark();
+  void Mark(int index);
   bool Apply();
 
   std::unique_ptr<HostCtl::SystemInfo> systemInfo_;

@@ -2,7 +2,6 @@
 // that open the timeout dialogs and the agent restart.
 #include "ops/TroubleShootingWindow.h"
 
-#include <curses.h>
 #include <syslog.h>
 
 #include <string>
@@ -16,7 +15,6 @@
 #include "ops/RestartAgentsDialog.h"
 #include "ops/ServiceScript.h"
 #include "ops/ShellTimeoutDialog.h"
-#include "ui/FormKeys.h"
 
 namespace Konu {
 namespace {
@@ -192,25 +190,10 @@ void TroubleShootingWindow::Act(int index) {
 }
 
 int TroubleShootingWindow::EventLoop() {
-  MenuTitle().SetText(GetString(kTitle));
-  MenuList().Draw();
-  Refresh();
-  for (;;) {
-    const int key = GetKey(true);
-    if (key == kKeyEsc) return 0;
-    if (key == KEY_DOWN) {
-      MenuList().Down();
-    } else if (key == KEY_UP) {
-      MenuList().Up();
-    } else if (IsEnterKey(key)) {
-      Act(MenuList().Focus().FocusedIndex());
-      Relabel();
-      MenuList().Draw();
-    } else {
-      continue;
-    }
-    Refresh();
-  }
+  return RunMenu(kTitle, [this](int index) {
+    Act(index);
+    Relabel();
+  });
 }
 
 }  // namespace Konu

@@ -9,6 +9,7 @@
 #include "screens/SupportPane.h"
 #include "screens/SystemLogs.h"
 #include "screens/WelcomeHostFacts.h"
+#include "ui/Markup.h"
 
 namespace Konu {
 namespace {
@@ -44,7 +45,8 @@ std::string GeneralWindow::LockdownPane() const {
 
 std::string GeneralWindow::NetworkPane() const {
   const ManagementFacts facts = ReadManagementFacts(DnsConfig());
-  std::string text = White(std::string(GetString(kHostnameId)) + ":") + "\n  " + facts.hostname + "\n\n";
+  std::string text =
+      White(std::string(GetString(kHostnameId)) + ":") + "\n  " + LiteralMarkup(facts.hostname) + "\n\n";
   const bool hasIpv4 = !facts.ipv4Disabled && facts.ipv4Address != "0.0.0.0" && !facts.ipv4Address.empty();
   text += White(std::string(GetString(kIpv4AddressId)) + ":") + "\n  " +
           (hasIpv4 ? facts.ipv4Address : GetString(kNotSetId)) + "\n";
@@ -75,8 +77,8 @@ std::string GeneralWindow::KeyboardPane() const {
   } catch (const HostCtl::Lib::HostCtlException& e) {
     Log(LOG_WARNING, "Cannot read the keyboard layout: %s", e.what());
   }
-  return "{color:white}" + layout + "{/color}\n\n{color:light-grey}" + GetString(kKeyboardTextId) +
-         "{/color}";
+  return "{color:white}" + LiteralMarkup(layout) + "{/color}\n\n{color:light-grey}" +
+         GetString(kKeyboardTextId) + "{/color}";
 }
 
 }  // namespace Konu

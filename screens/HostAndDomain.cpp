@@ -7,6 +7,7 @@
 #include "host/Host.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
+#include "ui/Markup.h"
 
 namespace Konu {
 
@@ -19,7 +20,7 @@ std::string HostAndDomain() {
   } catch (const HostCtl::Lib::HostCtlException& e) {
     Log(LOG_WARNING, "Unable to read the host name: %s", e.what());
   }
-  return host + "." + domain;
+  return LiteralMarkup(host + "." + domain);
 }
 
 }  // namespace Konu

@@ -6,7 +6,8 @@
 namespace Konu {
 
 // Host name + "." + domain from the DNS configuration of "defaultTcpipStack" (so "host."
-// with no domain); the parts the host cannot give are left empty.
+// with no domain), as mark-up that shows it as it is; the parts the host cannot give are
+// left empty.
 std::string HostAndDomain();
 
 }  // namespace Konu

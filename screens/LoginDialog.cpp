@@ -19,6 +19,7 @@
 #include "screens/PamAuth.h"
 #include "ui/Footers.h"
 #include "ui/FormKeys.h"
+#include "ui/Markup.h"
 #include "ui/MessageDialog.h"
 
 namespace Konu {
@@ -96,7 +97,7 @@ std::string LoginDialog::KeyboardText() const {
   } catch (const HostCtl::Lib::HostCtlException& e) {
     Log(LOG_WARNING, "Unable to read the keyboard layout: %s", e.what());
   }
-  return "Configured Keyboard (" + layout + ")";
+  return "Configured Keyboard (" + LiteralMarkup(layout) + ")";
 }
 
 void LoginDialog::LayOut() {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "ui/Markup.h"
 #include "ui/strings/StringFactory.h"
 
 namespace Konu {
@@ -68,7 +69,7 @@ std::string ManagementText(const ManagementFacts& facts, const StringFactory& st
   if (!facts.hasPhysicalNic) return kNoAdapterText;
   std::string text = strings.GetString(kManageHeadingId);
   if (!facts.hostname.empty() && facts.hostname != "localhost") {
-    text += "\nhttps://" + facts.hostname + "/ ";
+    text += "\nhttps://" + LiteralMarkup(facts.hostname) + "/ ";
   }
   if (!facts.ipv4Disabled) {
     text += "\nhttps://" + facts.ipv4Address + "/ ";

@@ -38,7 +38,7 @@ std::vector<std::string> Ipv6UrlLines(const std::vector<HostCtl::Network::Ipv6Ne
                                       const StringFactory& strings);
 
 // The whole management text ("To manage this host, go to:" and the URL lines), or the
-// no-adapter text.
+// no-adapter text, as mark-up (the host name shown as it is).
 std::string ManagementText(const ManagementFacts& facts, const StringFactory& strings);
 
 // The warning area: the DHCP failure warning for a DHCP interface at 0.0.0.0, replaced by the

@@ -12,7 +12,7 @@
 #include "host/Log.h"
 #include "screens/WelcomeFacts.h"
 #include "screens/WelcomeHostFacts.h"
-#include "ui/CursesStyle.h"
+#include "ui/Markup.h"
 #include "ui/strings/StringFactory.h"
 
 namespace Konu {
@@ -77,10 +77,7 @@ void WelcomeWindow::Redraw() {
 
 void WelcomeWindow::DrawCustom(const std::string& message) {
   DestroyStandardLayout();
-  if (Curses()) {
-    werase(Curses());
-    DrawFrame(Curses());
-  }
+  ClearFramed();
   Update();
   if (!customMessage_) customMessage_ = std::make_unique<TextArea>(this, 2, 2, COLS - 4, LINES - 4, 7);
   customMessage_->SetText(message);
@@ -88,7 +85,7 @@ void WelcomeWindow::DrawCustom(const std::string& message) {
 
 void WelcomeWindow::DrawStandard() {
   customMessage_.reset();
-  if (Curses()) werase(Curses());
+  Clear();
   if (!upper_) BuildStandardLayout();
   DrawBorder();
   footer_->SetText(std::string("<F2> {color:dark-grey}") + GetString(kCustomizeKeyId) + "{/color}" +
@@ -135,14 +132,8 @@ void WelcomeWindow::DestroyStandardLayout() {
 // colours of its half: the upper half carries the top and its corners, the lower half the
 // bottom and its corners.
 void WelcomeWindow::DrawBorder() {
-  if (WINDOW* upper = upper_->Curses()) {
-    werase(upper);
-    DrawFrame(upper, OpenSide::kBottom);
-  }
-  if (WINDOW* lower = lower_->Curses()) {
-    werase(lower);
-    DrawFrame(lower, OpenSide::kTop);
-  }
+  upper_->ClearFramed(OpenSide::kBottom);
+  lower_->ClearFramed(OpenSide::kTop);
 }
 
 void WelcomeWindow::FillFacts() {
@@ -154,8 +145,8 @@ void WelcomeWindow::FillFacts() {
 
   productLine_->SetText(GetString(kProductLineId));
   const HostCtl::Hardware hardware = ReadHardware();
-  hardwareLine_->SetText(HardwareLine(hardware.vendor, hardware.product));
-  cpuMemoryLines_->SetText(CpuLine(hardware.cpuPackages, hardware.cpuModel) + "\n" +
+  hardwareLine_->SetText(LiteralMarkup(HardwareLine(hardware.vendor, hardware.product)));
+  cpuMemoryLines_->SetText(LiteralMarkup(CpuLine(hardware.cpuPackages, hardware.cpuModel)) + "\n" +
                            MemoryLine(hardware.memoryBytes));
 }
 
@@ -180,7 +171,7 @@ int WelcomeWindow::EventLoop() {
       Redraw();
     } else {
       // Any other key repaints the whole screen with the facts read again.
-      clearok(curscr, TRUE);
+      RepaintAll();
       Redraw();
     }
   }

@@ -43,4 +43,29 @@ bool Dialog::AwaitF11(const std::function<void(int)>& otherKey) {
   }
 }
 
+int Dialog::RunList(ItemList& list, const std::function<void(int index)>& space,
+                    const std::function<int()>& enter, const std::function<void(int)>& otherKey) {
+  list.Draw();
+  for (;;) {
+    const int key = GetKey(true);
+    if (key == KEY_DOWN) {
+      list.Down();
+    } else if (key == KEY_UP) {
+      list.Up();
+    } else if (key == ' ') {
+      const int index = list.Focus().FocusedIndex();
+      if (index < 0 || index >= static_cast<int>(list.Items().size())) continue;
+      space(index);
+      list.Draw();
+    } else if (key == kKeyEsc) {
+      return 0;
+    } else if (IsEnterKey(key)) {
+      const int answer = enter();
+      if (answer >= 0) return answer;
+    } else if (otherKey) {
+      otherKey(key);
+    }
+  }
+}
+
 }  // namespace Konu

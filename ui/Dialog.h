@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "ui/Frame.h"
+#include "ui/ItemList.h"
 #include "ui/TextArea.h"
 
 namespace Konu {
@@ -38,6 +39,12 @@ class Dialog : public Frame {
   // for one of the two keys; true for F11, false for Esc. Every other key goes to
   // `otherKey` when one is given, and is ignored otherwise.
   bool AwaitF11(const std::function<void(int)>& otherKey = nullptr);
+  // The key loop of a dialog around one list: Down and Up move its focus, Space calls
+  // `space` with the focused index and redraws the list, Esc answers 0, and Enter answers
+  // what `enter` gives unless that is negative (the dialog stays). Every other key goes to
+  // `otherKey` when one is given.
+  int RunList(ItemList& list, const std::function<void(int index)>& space, const std::function<int()>& enter,
+              const std::function<void(int)>& otherKey = nullptr);
 
  private:
   // Children before their parents, so they are destroyed first.

@@ -86,7 +86,7 @@ class Layouter {
       CloseAlign();
     } else if (const MarkupVariable* variable = variables_.Find(parts.name)) {
       std::string value = variable->provider ? variable->provider() : std::string();
-      for (char b : value) {
+      for (const char& b : value) {
         // No word wrap inside a value: a full line just breaks.
         if (free_ == 0) {
           out_.push_back('\n');
@@ -94,7 +94,8 @@ class Layouter {
           lastSpace_ = kNoSpace;
           wordLen_ = 0;
         }
-        Append(std::string_view(&b, 1));
+        // A value is the host's data, shown as it is: its braces are no tags.
+        Append(b == '{' ? kLiteralBrace : std::string_view(&b, 1));
       }
     } else {
       out_.push_back('{');

@@ -8,6 +8,7 @@
 #include "host/Host.h"
 #include "host/Log.h"
 #include "ui/CursesStyle.h"
+#include "ui/FormKeys.h"
 
 namespace Konu {
 
@@ -36,5 +37,26 @@ RootWindow::RootWindow(Frame* owner) : Frame(owner, 0, 0, COLS, LINES, 0, 7) {
 }
 
 RootWindow::~RootWindow() = default;
+
+int RootWindow::RunMenu(uint32_t title, const std::function<void(int index)>& act) {
+  MenuTitle().SetText(GetString(title));
+  MenuList().Draw();
+  Refresh();
+  for (;;) {
+    const int key = GetKey(true);
+    if (key == kKeyEsc) return 0;
+    if (key == KEY_DOWN) {
+      MenuList().Down();
+    } else if (key == KEY_UP) {
+      MenuList().Up();
+    } else if (IsEnterKey(key)) {
+      act(MenuList().Focus().FocusedIndex());
+      MenuList().Draw();
+    } else {
+      continue;
+    }
+    Refresh();
+  }
+}
 
 }  // namespace Konu

@@ -2,6 +2,7 @@
 // right, a footer under each and a bottom line.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "host/DnsConfig.h"
@@ -38,6 +39,12 @@ class RootWindow : public Frame {
   HostCtl::Network::DnsConfig& DnsConfig() const { return *dnsConfig_; }
   HostCtl::Network::RoutingInfo& RoutingInfo() const { return *routingInfo_; }
   HostCtl::Network::VirtualSwitchInfo& VirtualSwitchInfo() const { return *virtualSwitchInfo_; }
+
+ protected:
+  // The key loop of a menu whose entries act on Enter: shows the title, the list and the
+  // pane; Down and Up move the selection, Enter calls `act` with the selected index and then
+  // redraws the list, Esc returns 0.
+  int RunMenu(uint32_t title, const std::function<void(int index)>& act);
 
  private:
   std::unique_ptr<HostCtl::Network::DnsConfig> dnsConfig_;

@@ -84,7 +84,8 @@ namespace Konu::Sim {
 //                                           The entry with the most words wins:
 //       {exitCode, stdout, stderr, hang (sleep until killed), times (remaining uses; absent = always)}
 //   /faults/operations/<Service>.<Operation>   message of the HostCtlException that operation
-//                                           throws ("NetworkInfo.SetNukIpv6Enabled")
+//                                           throws ("NetworkInfo.SetNukIpv6Enabled"); with
+//                                           {"unexpected": message} a std::runtime_error instead
 nlohmann::json DefaultHostState();
 
 // Root's password on a fresh or factory-reset host; the state keeps only its hash.

@@ -66,15 +66,18 @@ std::optional<ToolFault> TakeToolFault(nlohmann::json& state, const std::vector<
   return fault;
 }
 
-std::optional<std::string> OperationFault(const nlohmann::json& state,
-                                          const std::string& serviceDotOperation) {
+std::optional<OperationFailure> OperationFault(const nlohmann::json& state,
+                                               const std::string& serviceDotOperation) {
   const nlohmann::json::json_pointer operations("/faults/operations");
   if (!state.contains(operations)) return std::nullopt;
   const nlohmann::json& all = state.at(operations);
   auto found = all.find(serviceDotOperation);
   if (found == all.end() || found->is_null() || OperationHangs(state, serviceDotOperation))
     return std::nullopt;
-  return found->is_string() ? found->get<std::string>() : found->dump();
+  if (found->is_string()) return OperationFailure{found->get<std::string>()};
+  if (found->is_object() && found->contains("unexpected") && found->at("unexpected").is_string())
+    return OperationFailure{found->at("unexpected").get<std::string>(), true};
+  return OperationFailure{found->dump()};
 }
 
 bool OperationHangs(const nlohmann::json& state, const std::string& serviceDotOperation) {
@@ -82,7 +85,7 @@ bool OperationHangs(const nlohmann::json& state, const std::string& serviceDotOp
   if (!state.contains(operations)) return false;
   const nlohmann::json& all = state.at(operations);
   auto found = all.find(serviceDotOperation);
-  return found != all.end() && found->is_object() && found->value("hang", false);
+  return found != all.end() && found->is_object() && found->contains("hang") && found->at("hang") == true;
 }
 
 }  // namespace Konu::Sim

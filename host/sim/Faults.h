@@ -26,11 +26,17 @@ std::optional<std::string> MatchingFaultKey(const nlohmann::json& state,
 // and disappears at zero. Returns nothing when no entry matches.
 std::optional<ToolFault> TakeToolFault(nlohmann::json& state, const std::vector<std::string>& argv);
 
-// The message that the host operation "<Service>.<Operation>" is made to throw
-// (/faults/operations/<Service>.<Operation>), or nothing. An entry {"hang": true} throws
-// nothing: see OperationHangs.
-std::optional<std::string> OperationFault(const nlohmann::json& state,
-                                          const std::string& serviceDotOperation);
+// What the host operation "<Service>.<Operation>" is made to throw
+// (/faults/operations/<Service>.<Operation>), or nothing. A message is thrown as the host
+// library's own error; {"unexpected": message} as a standard exception that is not, as a
+// library lets one through (out of memory, a failed thread start). An entry {"hang": true}
+// throws nothing: see OperationHangs.
+struct OperationFailure {
+  std::string message;
+  bool unexpected = false;
+};
+std::optional<OperationFailure> OperationFault(const nlohmann::json& state,
+                                               const std::string& serviceDotOperation);
 
 // True when the operation's entry is {"hang": true}: an operation that can be given up (a
 // name lookup) then waits until it is.

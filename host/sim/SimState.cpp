@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <stdexcept>
 
 #include "host/HostCtlException.h"
 #include "host/sim/Faults.h"
@@ -35,7 +36,10 @@ std::shared_ptr<const nlohmann::json> SimState::Read(const std::string& operatio
   } catch (const Konu::Sim::StateFileError& e) {
     throw Lib::HostCtlException(e.what());
   }
-  if (auto message = Konu::Sim::OperationFault(*state, operation)) throw Lib::HostCtlException(*message);
+  if (auto fault = Konu::Sim::OperationFault(*state, operation)) {
+    if (fault->unexpected) throw std::runtime_error(fault->message);
+    throw Lib::HostCtlException(fault->message);
+  }
   return state;
 }
 

@@ -1,12 +1,11 @@
 // The keyboard layout dialog on a fresh simulated host: the layout marked with Space is
 // loaded and configured on Enter, the current one when nothing was marked, the first one
-// when the current layout is not offered; Esc changes nothing. Also reached from the login
-// form's keyboard line on a local console.
+// when the current layout is not offered; Esc changes nothing. Also reached from the
+// console's login form's keyboard line on a local console.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include "ops/KeyboardDialog.h"
-#include "screens/LoginDialog.h"
 #include "tests/e2e/DialogChild.h"
 #include "tests/harness/SimHostFixture.h"
 
@@ -38,111 +37,81 @@ class Keyboard : public SimHostFixture {
   }
 };
 
-TEST_F(Keyboard, ShowsItsTextsAndEnterWithoutAMarkReappliesTheCurrentLayout) {
-  Terminal term(24, 80);
-  OpenDialog(term);
-  const std::string screen = term.Screen();
-  EXPECT_TRUE(Contains(screen, "If you are having difficulty using your keyboard")) << screen;
-  EXPECT_TRUE(Contains(screen, "<Up/Down> Select  <Space> Toggle Selected")) << screen;
-  EXPECT_TRUE(Contains(screen, "<Enter> OK  <Esc> Cancel")) << screen;
-  EXPECT_TRUE(Contains(screen, "( ) Belgian")) << screen;
-  term.Press("Down");
-  term.Press("Down");
-  term.Press("Enter");  // the cursor moved, nothing marked
-  ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
-  FinishDialogChild(term, 1);
-  EXPECT_EQ("US Default", Current());
-  EXPECT_EQ("US Default", Loaded());
-  EXPECT_TRUE(Contains(Syslog(), "Keyboard Layout changed to US Default")) << Syslog();
+// Each case starts a fresh dialog, presses its keys (waiting for a text where one is given;
+// "Down*10" is Down ten times) and checks the answer, the host's layout and the log line.
+TEST_F(Keyboard, SpaceMarksOneLayoutEnterAppliesTheMarkOrTheCurrentOneAndEscNothing) {
+  const struct {
+    const char* what;
+    const char* current;  // the host's layout before; nullptr: the fresh host's
+    std::vector<std::pair<std::string, std::string>> steps;
+    int result;
+    const char* applied;  // the host's layout after
+    const char* loaded;   // the mapping loaded, "" for none
+  } cases[] = {
+      {"Enter without a mark reapplies the current layout",
+       nullptr,
+       {{"Down*2", ""}, {"Enter", ""}},
+       1,
+       "US Default",
+       "US Default"},
+      {"one mark at a time, and Enter applies the mark, not the cursor",
+       nullptr,
+       {{"Down*2", ""},
+        {"Space", "(o) Croatian"},
+        {"Up", ""},
+        {"Space", "(o) Brazilian"},
+        {"", "( ) Croatian"},
+        {"Down*2", ""},
+        {"Enter", ""}},
+       1,
+       "Brazilian",
+       "Brazilian"},
+      {"a mark below the first page",
+       nullptr,
+       {{"Down*10", ""}, {"Space", "(o) Icelandic"}, {"Enter", ""}},
+       1,
+       "Icelandic",
+       "Icelandic"},
+      {"a current layout that is not offered: nothing marked, Enter applies the first",
+       "Klingon",
+       {{"Enter", ""}},
+       1,
+       "Belgian",
+       "Belgian"},
+      {"Esc changes nothing", nullptr, {{"Down", ""}, {"Space", ""}, {"Esc", ""}}, 0, "US Default", ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    SetUp();
+    if (c.current) SetState("/keyboard/current", c.current);
+    Terminal term(24, 80);
+    OpenDialog(term);
+    for (const char* text :
+         {"If you are having difficulty using your keyboard", "<Up/Down> Select  <Space> Toggle Selected",
+          "<Enter> OK  <Esc> Cancel", "( ) Belgian"})
+      EXPECT_TRUE(Contains(term.Screen(), text)) << text << "\n" << term.Screen();
+    if (c.current) {
+      EXPECT_EQ(0, Marks(term)) << term.Screen();
+    }
+    for (const auto& [key, text] : c.steps) {
+      const size_t star = key.find('*');
+      const int times = star == std::string::npos ? 1 : std::stoi(key.substr(star + 1));
+      for (int i = 0; i < times && !key.empty(); ++i) term.Press(key.substr(0, star));
+      if (text.empty()) continue;
+      ASSERT_TRUE(term.WaitForText(text)) << text << "\n" << term.Screen();
+      EXPECT_EQ(1, Marks(term)) << "one mark at a time: " << term.Screen();
+    }
+    ASSERT_TRUE(term.WaitForText("RESULT=" + std::to_string(c.result))) << term.Screen();
+    FinishDialogChild(term, c.result);
+    EXPECT_EQ(c.applied, Current());
+    EXPECT_EQ(c.loaded, Loaded());
+    EXPECT_EQ(c.result == 1, Contains(Syslog(), std::string("Keyboard Layout changed to ") + c.applied))
+        << Syslog();
+  }
 }
 
-TEST_F(Keyboard, SpaceMarksTheLayoutUnderTheCursorAndEnterAppliesTheMarkedOne) {
-  Terminal term(24, 80);
-  OpenDialog(term);
-  term.Press("Down");
-  term.Press("Down");
-  term.Press("Space");
-  ASSERT_TRUE(term.WaitForText("(o) Croatian")) << term.Screen();
-  EXPECT_EQ(1, Marks(term));
-  term.Press("Up");
-  term.Press("Space");
-  ASSERT_TRUE(term.WaitForText("(o) Brazilian")) << term.Screen();
-  ASSERT_TRUE(term.WaitForText("( ) Croatian")) << "one mark at a time: " << term.Screen();
-  term.Press("Down");
-  term.Press("Down");  // the cursor is on Czechoslovakian; Enter applies the mark
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
-  FinishDialogChild(term, 1);
-  EXPECT_EQ("Brazilian", Current());
-  EXPECT_EQ("Brazilian", Loaded());
-  EXPECT_TRUE(Contains(Syslog(), "Keyboard Layout changed to Brazilian")) << Syslog();
-}
-
-TEST_F(Keyboard, AMarkBelowTheFirstPageIsTheOneApplied) {
-  Terminal term(24, 80);
-  OpenDialog(term);
-  for (int i = 0; i < 10; ++i) term.Press("Down");
-  term.Press("Space");
-  ASSERT_TRUE(term.WaitForText("(o) Icelandic")) << term.Screen();
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
-  FinishDialogChild(term, 1);
-  EXPECT_EQ("Icelandic", Current());
-}
-
-TEST_F(Keyboard, CurrentLayoutMissingFromTheListMarksNothingAndEnterAppliesTheFirst) {
-  SetState("/keyboard/current", "Klingon");
-  Terminal term(24, 80);
-  OpenDialog(term);
-  EXPECT_EQ(0, Marks(term)) << term.Screen();
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
-  FinishDialogChild(term, 1);
-  EXPECT_EQ("Belgian", Current());
-}
-
-TEST_F(Keyboard, EscChangesNothing) {
-  Terminal term(24, 80);
-  OpenDialog(term);
-  term.Press("Down");
-  term.Press("Space");
-  term.Press("Esc");
-  ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
-  FinishDialogChild(term, 0);
-  EXPECT_EQ("US Default", Current());
-  EXPECT_EQ("", Loaded());
-  EXPECT_FALSE(Contains(Syslog(), "Keyboard Layout changed")) << Syslog();
-}
-
-TEST_F(Keyboard, LoginKeyboardLineOpensTheDialogAndShowsTheNewLayout) {
-  Terminal term(24, 80);
-  DialogChildSetup setup{Root(), true, ""};
-  KonuTest::ForkDialog<Konu::LoginDialog>(term, setup);
-  ASSERT_TRUE(term.WaitForText("Configured Keyboard (US Default)")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  term.Press("Enter");  // the keyboard line has the focus first
-  ASSERT_TRUE(term.WaitForText("Configure Keyboard")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  term.Press("Down");
-  term.Press("Space");
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText("Configured Keyboard (Brazilian)")) << term.Screen();
-  EXPECT_EQ("Brazilian", Current());
-  ASSERT_TRUE(term.WaitUntilPolling());
-  // Tab reaches the name field, Enter the secret, Enter logs in.
-  term.Press("Tab");
-  term.Press("Enter");
-  term.Type("konu");
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root")) << term.Screen();
-  FinishDialogChild(term, 1);
-}
-
-}  // namespace
-
-// The keyboard line of the console's own login form on a local console.
-namespace {
-
+// The keyboard line of the console's own login form on a local console: the dialog, the new
+// layout on the line, and Tab on to the name field to log in.
 TEST_F(Keyboard, ConsoleLoginKeyboardLineAppliesTheMarkedLayoutToTheHost) {
   Terminal term(24, 80);
   term.Spawn({KONU_BIN, "--host-root", Root()}, {"TERM=xterm", "ESCDELAY=25", "LANG=C.UTF-8"});
@@ -162,6 +131,13 @@ TEST_F(Keyboard, ConsoleLoginKeyboardLineAppliesTheMarkedLayoutToTheHost) {
   EXPECT_EQ("French", Current());
   EXPECT_EQ("French", Loaded());
   EXPECT_TRUE(Contains(Syslog(), "Keyboard Layout changed to French")) << Syslog();
+  ASSERT_TRUE(term.WaitUntilPolling());
+  // Tab reaches the name field, Enter the secret, Enter logs in.
+  term.Press("Tab");
+  term.Press("Enter");
+  term.Type("konu");
+  term.Press("Enter");
+  EXPECT_TRUE(term.WaitForText("System Customization")) << term.Screen();
 }
 
 }  // namespace

@@ -1,13 +1,11 @@
-// The login form on a fresh simulated host: its two forms, the outcome of each attempt on
-// screen and in the syslog, audit and event logs, the expired-password path and the
-// disabled-login refusal: first the dialogs alone in a forked child over a plain frame,
-// then the same paths through the console's welcome screen.
+// The login form through the console's welcome screen on a fresh simulated host: its two
+// forms, the outcome of each attempt on screen and in the syslog, audit and event logs, the
+// expired-password path; and the disabled-login refusal alone in a forked child.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <cstdio>
 
-#include "screens/LoginDialog.h"
 #include "screens/LoginDisabledDialog.h"
 #include "tests/e2e/DialogChild.h"
 #include "tests/harness/SimHost.h"
@@ -19,216 +17,7 @@ using KonuTest::DialogChildSetup;
 using KonuTest::SimHostFixture;
 using KonuTest::Terminal;
 
-class Login : public SimHostFixture {
- protected:
-  // Starts the login dialog in `term`; waits until it reads keys.
-  void OpenLogin(Terminal& term, bool localConsole = false) {
-    DialogChildSetup setup{Root(), localConsole, ""};
-    KonuTest::ForkDialog<Konu::LoginDialog>(term, setup);
-    ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
-  }
-
-  // Types the secret (the name field is focused first) and presses Enter twice: once to
-  // reach the secret field, once to log in.
-  void Attempt(Terminal& term, const std::string& name, const std::string& secret) {
-    if (name != "root") term.Type(name);
-    term.Press("Enter");
-    term.Type(secret);
-    term.Press("Enter");
-  }
-};
-
-TEST_F(Login, PasswordFormShowsItsTextsFieldsAndFooterWithoutKeyboardLineOnARemoteTerminal) {
-  Terminal term(24, 80);
-  OpenLogin(term);
-  const std::string screen = term.Screen();
-  EXPECT_TRUE(Contains(screen, "Enter an authorized login name and password for")) << screen;
-  EXPECT_TRUE(Contains(screen, "konu-host.example.test.")) << screen;
-  EXPECT_TRUE(Contains(screen, "Login Name:")) << screen;
-  EXPECT_TRUE(Contains(screen, "[ root")) << screen;
-  EXPECT_TRUE(Contains(screen, "Password:")) << screen;
-  EXPECT_TRUE(Contains(screen, "<Enter> OK  <Esc> Cancel")) << screen;
-  EXPECT_FALSE(Contains(screen, "Configured Keyboard")) << screen;
-  EXPECT_FALSE(Contains(screen, "<F3>")) << screen;
-  term.Press("Esc");
-  ASSERT_TRUE(term.WaitForText("RESULT=0 USER= ")) << term.Screen();
-  FinishDialogChild(term, 0);
-}
-
-TEST_F(Login, KeyboardLineOnTheLocalConsoleShowsTheConfiguredLayout) {
-  Terminal term(24, 80);
-  OpenLogin(term, /*localConsole=*/true);
-  EXPECT_TRUE(term.WaitForText("Configured Keyboard (US Default)")) << term.Screen();
-  term.Press("Esc");
-  ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
-  FinishDialogChild(term, 0);
-}
-
-TEST_F(Login, NoDomainStillEndsWithTwoDots) {
-  SetState("/host/domain", "");
-  Terminal term(24, 80);
-  OpenLogin(term);
-  EXPECT_TRUE(term.WaitForText("konu-host..")) << term.Screen();
-  term.Press("Esc");
-  FinishDialogChild(term, 0);
-}
-
-TEST_F(Login, WrongPasswordIsRefusedLoggedAuditedAndPostedAndEmptiesOnlyTheSecret) {
-  Terminal term(24, 80);
-  OpenLogin(term);
-  Attempt(term, "root", "wrong");
-  ASSERT_TRUE(term.WaitForText("Authentication failed")) << term.Screen();
-  EXPECT_TRUE(term.WaitForText("Invalid login or password.")) << term.Screen();
-  Acknowledge(term, "Invalid login or password.");
-  int row = 0, col = 0;
-  ASSERT_TRUE(term.Find("Password:", &row, &col)) << term.Screen();
-  EXPECT_EQ(std::string::npos, term.Row(row).find('*')) << "secret emptied: " << term.Row(row);
-  ASSERT_TRUE(term.Find("Login Name:", &row, &col));
-  EXPECT_NE(std::string::npos, term.Row(row).find("[ root")) << "name kept: " << term.Row(row);
-
-  const std::string syslog = Syslog();
-  EXPECT_TRUE(Contains(syslog, "<35>")) << syslog;  // auth facility, error
-  EXPECT_TRUE(Contains(syslog, "KONU[")) << syslog;
-  EXPECT_TRUE(Contains(syslog, "]: Authentication of user root failed")) << syslog;
-  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"),
-                       "login.connect user=\"root\" origin=\"\" success=0 reason=\"Invalid Login\""))
-      << ReadFile("var/log/audit.log");
-  EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"),
-                       "@&!*@*@(zeb.user.konu.login.failed)Authentication of user root failed"))
-      << ReadFile("var/log/zebd.log");
-
-  // Still open: the right password now logs in.
-  term.Press("Up");
-  term.Press("Enter");
-  term.Type("konu");
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root CARD=0 EMPTY=0")) << term.Screen();
-  FinishDialogChild(term, 1);
-}
-
-TEST_F(Login, RightPasswordLogsInWithEmergencyAuthLineInfoLineAndAuditRecord) {
-  Terminal term(24, 80);
-  OpenLogin(term);
-  Attempt(term, "root", "konu");
-  ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root CARD=0 EMPTY=0")) << term.Screen();
-  const std::string syslog = Syslog();
-  const size_t auth = syslog.find("Authentication of user root succeeded");
-  ASSERT_NE(std::string::npos, auth) << syslog;
-  EXPECT_EQ("<32>", syslog.substr(syslog.rfind('\n', auth) + 1, 4)) << syslog;
-  const size_t info = syslog.find("User root logged in");
-  ASSERT_NE(std::string::npos, info) << syslog;
-  EXPECT_EQ("<14>", syslog.substr(syslog.rfind('\n', info) + 1, 4)) << syslog;
-  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"), "login.connect user=\"root\" origin=\"\" success=1"))
-      << ReadFile("var/log/audit.log");
-  EXPECT_FALSE(Contains(ReadFile("var/log/zebd.log"), "login.failed")) << "no event for a success";
-  FinishDialogChild(term, 1);
-}
-
-TEST_F(Login, EmptyPasswordLoginSetsTheFlag) {
-  AddUser("blank", "", false, false);
-  Terminal term(24, 80);
-  OpenLogin(term);
-  Attempt(term, "blank", "");
-  // The host's stack accepts the account's empty password; the session notes it for the
-  // menu's warning.
-  ASSERT_TRUE(term.WaitForText("RESULT=1 USER=blank CARD=0 EMPTY=1")) << term.Screen();
-  FinishDialogChild(term, 1);
-}
-
-TEST_F(Login, DeniedUserGetsNoPermission) {
-  AddUser("dave", "secret1", /*denied=*/true, false);
-  Terminal term(24, 80);
-  OpenLogin(term);
-  Attempt(term, "dave", "secret1");
-  ASSERT_TRUE(term.WaitForText("User does not have permission to login to KONU.")) << term.Screen();
-  Acknowledge(term, "User does not have permission to login to KONU.");
-  EXPECT_TRUE(Contains(Syslog(), "Access denied for user dave")) << Syslog();
-  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"), "success=0 reason=\"No permission\""));
-  EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"),
-                       "@&!*@*@(zeb.user.konu.login.failed)Access denied for user dave"));
-  term.Press("Esc");
-  ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
-  FinishDialogChild(term, 0);
-}
-
-TEST_F(Login, ExpiredPasswordGoesThroughThePasswordDialogThenTheNewPasswordLogsIn) {
-  AddUser("erin", "old-pass", false, /*expired=*/true);
-  Terminal term(24, 80);
-  OpenLogin(term);
-  Attempt(term, "erin", "old-pass");
-  ASSERT_TRUE(term.WaitForText("Password has expired.")) << term.Screen();
-  EXPECT_TRUE(term.WaitForText("You will be prompted to set a new password and then login again."))
-      << term.Screen();
-  Acknowledge(term, "Password has expired.");
-  ASSERT_TRUE(term.WaitForText("Configure Password")) << term.Screen();
-  term.Type("old-pass");
-  term.Press("Enter");
-  term.Type("new-pass");
-  term.Press("Enter");
-  term.Type("new-pass");
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForNoText("Old Password:")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  EXPECT_TRUE(PasswordIs("erin", "new-pass"));
-  EXPECT_EQ(false, State("/users/erin/expired"));
-  EXPECT_TRUE(Contains(Syslog(), "Password has expired for user erin")) << Syslog();
-  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"),
-                       "user=\"erin\" origin=\"\" success=0 reason=\"Password expired\""));
-  EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"),
-                       "@&!*@*@(zeb.user.konu.login.failed)Access denied for user erin"));
-
-  // Back in the login form with the secret emptied: log in again with the new password.
-  ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
-  term.Type("new-pass");
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText("RESULT=1 USER=erin")) << term.Screen();
-  FinishDialogChild(term, 1);
-}
-
-TEST_F(Login, CardPresentOpensThePinFormWithTheCardsLoginIdAndF3Flips) {
-  Card({"insert", "root"});
-  Terminal term(24, 80);
-  OpenLogin(term);
-  std::string screen = term.Screen();
-  EXPECT_TRUE(Contains(screen, "Enter the smart card login PIN for")) << screen;
-  EXPECT_TRUE(Contains(screen, "konu-host.example.test.")) << screen;
-  EXPECT_TRUE(Contains(screen, "Login Id:")) << screen;
-  EXPECT_TRUE(Contains(screen, "PIN:")) << screen;
-  EXPECT_TRUE(Contains(screen, "<F3> Switch PIN/Password Login")) << screen;
-  EXPECT_TRUE(Contains(Syslog(), "Found smart card with user id 'root'")) << Syslog();
-
-  term.Press("F3");
-  ASSERT_TRUE(term.WaitForText("Login Name:")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());  // the footer comes after the form
-  EXPECT_FALSE(Contains(term.Screen(), "<F3>")) << term.Screen();
-  term.Press("F3");
-  ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();
-
-  // A wrong PIN is an invalid login like a wrong password.
-  term.Press("Enter");
-  term.Type("0000");
-  term.Press("Enter");
-  Acknowledge(term, "Invalid login or password.");
-  term.Type("konu");
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root CARD=1")) << term.Screen();
-  FinishDialogChild(term, 1);
-}
-
-TEST_F(Login, F3WithoutACardGivesAnEmptyLoginId) {
-  Terminal term(24, 80);
-  OpenLogin(term);
-  term.Press("F3");
-  ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();
-  // The label can arrive before the rest of the update that empties the field.
-  ASSERT_TRUE(term.WaitUntilPolling());
-  int row = 0, col = 0;
-  ASSERT_TRUE(term.Find("Login Id:", &row, &col));
-  EXPECT_EQ(std::string::npos, term.Row(row).find("root")) << term.Row(row);
-  term.Press("Esc");
-  FinishDialogChild(term, 0);
-}
+class Login : public SimHostFixture {};
 
 TEST_F(Login, DisabledDialogRefusesUntilEnter) {
   Terminal term(24, 80);
@@ -250,14 +39,7 @@ TEST_F(Login, DisabledDialogRefusesUntilEnter) {
   FinishDialogChild(term, 0);
 }
 
-}  // namespace
-
 // The same login through the console itself: F2 on the welcome screen.
-namespace {
-
-using KonuTest::SimHostFixture;
-using KonuTest::Terminal;
-
 constexpr const char kMenuTitle[] = "System Customization";
 
 class ConsoleLogin : public SimHostFixture {
@@ -270,6 +52,14 @@ class ConsoleLogin : public SimHostFixture {
     }
     ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
+  }
+  std::string Audit() const { return ReadFile("var/log/audit.log"); }
+  std::string Events() const { return ReadFile("var/log/zebd.log"); }
+  // The syslog priority ("<32>") of the first line that holds `text`; "" when none does.
+  std::string Priority(const std::string& text) const {
+    const std::string syslog = Syslog();
+    const size_t at = syslog.find(text);
+    return at == std::string::npos ? "" : syslog.substr(syslog.rfind('\n', at) + 1, 4);
   }
   void OpenLogin(Terminal& term) {
     term.Press("F2");
@@ -307,25 +97,29 @@ TEST_F(ConsoleLogin, WrongThenRightPasswordOpensTheMenuWithEveryRecord) {
   Start(term);
   OpenLogin(term);
   Submit(term, "", "wrong");
+  ASSERT_TRUE(term.WaitForText("Authentication failed")) << term.Screen();
   Acknowledge(term, "Invalid login or password.");
   int row = 0, col = 0;
   ASSERT_TRUE(term.Find("Login Name:", &row, &col)) << term.Screen();
   EXPECT_TRUE(Contains(term.Row(row), "[ root")) << term.Row(row);
   ASSERT_TRUE(term.Find("Password:", &row, &col));
   EXPECT_FALSE(Contains(term.Row(row), "*")) << term.Row(row);
-  EXPECT_TRUE(Contains(Syslog(), "Authentication of user root failed")) << Syslog();
-  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"),
-                       "login.connect user=\"root\" origin=\"\" success=0 reason=\"Invalid Login\""));
-  EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"),
-                       "@&!*@*@(zeb.user.konu.login.failed)Authentication of user root failed"));
+  EXPECT_TRUE(Contains(Syslog(), "KONU[")) << Syslog();
+  EXPECT_EQ("<35>", Priority("]: Authentication of user root failed")) << Syslog();  // auth, error
+  EXPECT_TRUE(
+      Contains(Audit(), "login.connect user=\"root\" origin=\"\" success=0 reason=\"Invalid Login\""));
+  const char kFailed[] = "@&!*@*@(zeb.user.konu.login.failed)Authentication of user root failed";
+  EXPECT_TRUE(Contains(Events(), kFailed)) << Events();
 
   // The focus stays on the secret field.
   term.Type("konu");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
-  EXPECT_TRUE(Contains(Syslog(), "Authentication of user root succeeded")) << Syslog();
-  EXPECT_TRUE(Contains(Syslog(), "User root logged in")) << Syslog();
-  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"), "login.connect user=\"root\" origin=\"\" success=1"));
+  EXPECT_EQ("<32>", Priority("Authentication of user root succeeded")) << Syslog();  // emergency
+  EXPECT_EQ("<14>", Priority("User root logged in")) << Syslog();
+  EXPECT_TRUE(Contains(Audit(), "login.connect user=\"root\" origin=\"\" success=1"));
+  const std::string events = Events();
+  EXPECT_EQ(events.find("login.failed"), events.rfind("login.failed")) << "no event for a success";
 }
 
 // Over a serial line every byte is felt: F2 paints the form and the login paints the menu
@@ -379,8 +173,9 @@ TEST_F(ConsoleLogin, DeniedUserIsRefused) {
   Submit(term, "dave", "secret1");
   Acknowledge(term, "User does not have permission to login to KONU.");
   EXPECT_TRUE(Contains(term.Screen(), "Authentication Required"));
-  EXPECT_TRUE(Contains(ReadFile("var/log/audit.log"),
-                       "user=\"dave\" origin=\"\" success=0 reason=\"No permission\""));
+  EXPECT_TRUE(Contains(Audit(), "user=\"dave\" origin=\"\" success=0 reason=\"No permission\""));
+  EXPECT_TRUE(Contains(Syslog(), "Access denied for user dave")) << Syslog();
+  EXPECT_TRUE(Contains(Events(), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user dave"));
 }
 
 // A password typed into the name field by mistake must reach no log, audit record or event.
@@ -438,7 +233,13 @@ TEST_F(ConsoleLogin, ExpiredUserSetsANewPasswordAndThenLogsInWithIt) {
   Start(term);
   OpenLogin(term);
   Submit(term, "erin", "old-pass");
+  ASSERT_TRUE(term.WaitForText("You will be prompted to set a new password and then login again."))
+      << term.Screen();
   Acknowledge(term, "Password has expired.");
+  EXPECT_TRUE(Contains(Syslog(), "Password has expired for user erin")) << Syslog();
+  EXPECT_TRUE(Contains(Audit(), "user=\"erin\" origin=\"\" success=0 reason=\"Password expired\""));
+  EXPECT_TRUE(Contains(Events(), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user erin"));
+  ASSERT_TRUE(term.WaitForText("Configure Password")) << term.Screen();
   ASSERT_TRUE(term.WaitForText("Old Password:")) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());
   term.Type("old-pass");
@@ -473,12 +274,21 @@ TEST_F(ConsoleLogin, CardInsertedOnTheWelcomeScreenSwitchesTheFormToPinAndF3Flip
   int row = 0, col = 0;
   ASSERT_TRUE(term.Find("Login Id:", &row, &col));
   EXPECT_TRUE(Contains(term.Row(row), "[ root")) << term.Row(row);
-  EXPECT_TRUE(Contains(term.Screen(), "PIN:"));
+  for (const char* text : {"Enter the smart card login PIN for", "konu-host.example.test.",
+                           "PIN:", "<F3> Switch PIN/Password Login"})
+    EXPECT_TRUE(Contains(term.Screen(), text)) << text << "\n" << term.Screen();
   term.Press("F3");
   ASSERT_TRUE(term.WaitForText("Login Name:")) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());  // the footer comes after the form
+  EXPECT_FALSE(Contains(term.Screen(), "<F3>")) << term.Screen();
   term.Press("F3");
   ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();
-  Submit(term, "", "konu");
+  ASSERT_TRUE(term.WaitUntilPolling());
+  // A wrong PIN is an invalid login like a wrong password.
+  Submit(term, "", "0000");
+  Acknowledge(term, "Invalid login or password.");
+  term.Type("konu");
+  term.Press("Enter");
   ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());
 
@@ -489,12 +299,25 @@ TEST_F(ConsoleLogin, CardInsertedOnTheWelcomeScreenSwitchesTheFormToPinAndF3Flip
   EXPECT_TRUE(Contains(Syslog(), "Logging out user id 'root'")) << Syslog();
 }
 
+// The password form's texts; no keyboard line on a remote terminal or over SSH; F3 without a
+// card gives an empty login id; a host without a domain still ends its name with two dots.
 TEST_F(ConsoleLogin, KeyboardLineOnlyOnALocalConsole) {
   {
     Terminal remote(24, 80);
     Start(remote);
     OpenLogin(remote);
+    for (const char* text : {"Enter an authorized login name and password for", "konu-host.example.test.",
+                             "Login Name:", "[ root", "Password:", "<Enter> OK  <Esc> Cancel"})
+      EXPECT_TRUE(Contains(remote.Screen(), text)) << text << "\n" << remote.Screen();
     EXPECT_FALSE(Contains(remote.Screen(), "Configured Keyboard")) << remote.Screen();
+    EXPECT_FALSE(Contains(remote.Screen(), "<F3>")) << remote.Screen();
+    remote.Press("F3");
+    ASSERT_TRUE(remote.WaitForText("Login Id:")) << remote.Screen();
+    // The label can arrive before the rest of the update that empties the field.
+    ASSERT_TRUE(remote.WaitUntilPolling());
+    int row = 0;
+    ASSERT_TRUE(remote.Find("Login Id:", &row, nullptr));
+    EXPECT_FALSE(Contains(remote.Row(row), "root")) << remote.Row(row);
   }
   {
     Terminal overSsh(24, 80);
@@ -502,10 +325,12 @@ TEST_F(ConsoleLogin, KeyboardLineOnlyOnALocalConsole) {
     OpenLogin(overSsh);
     EXPECT_FALSE(Contains(overSsh.Screen(), "Configured Keyboard")) << overSsh.Screen();
   }
+  SetState("/host/domain", "");
   Terminal local(24, 80);
   Start(local, {"TERM=xterm", "ESCDELAY=25", "LANG=C.UTF-8"});
   OpenLogin(local);
   EXPECT_TRUE(Contains(local.Screen(), "Configured Keyboard (US Default)")) << local.Screen();
+  EXPECT_TRUE(Contains(local.Screen(), "konu-host..")) << local.Screen();
 }
 
 }  // namespace

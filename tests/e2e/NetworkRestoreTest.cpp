@@ -2,17 +2,22 @@
 // sizes: the window's switch entries follow where the management interface is plugged in;
 // the factory restore asks twice, then powers the machines off and puts the network back as
 // it left the factory, showing the address it came back with; a failing step is shown and
-// the rest still runs.
+// the rest still runs. Restore Standard Switch and Restore DVS on a host put on a distributed
+// switch by "konu-hostsim dvs": what each does to the host and the refusals and questions on
+// the way.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>
 #include <vector>
 
+#include "tests/harness/BuildPaths.h"
+#include "tests/harness/SimHost.h"
 #include "tests/harness/SimHostFixture.h"
 
 namespace {
 
+using nlohmann::json;
 using KonuTest::SimHostFixture;
 using KonuTest::Terminal;
 
@@ -29,20 +34,11 @@ constexpr const char kEvent[] =
 class NetworkRestore : public SimHostFixture {
  protected:
   // Starts the console on `term`, logs in and opens the restore window from the menu.
-  void OpenWindow(Terminal& term) const {
-    StartKonu(term);
-    ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
-    ASSERT_NO_FATAL_FAILURE(LogIn(term, "F2"));
-    ASSERT_NO_FATAL_FAILURE(MenuDownTo(term, kMenuPane));
-    term.Press("Enter");
-    ASSERT_TRUE(term.WaitForText(kFactoryPane)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
-  }
+  void OpenWindow(Terminal& term) const { OpenFromMenu(term, kMenuPane, kFactoryPane); }
 
   // The management interface on a distributed switch, as the README's state edits put it.
   void PlugIntoDistributedSwitch() const {
-    SetState("/network/dvSwitches/dvs0", {{"uplinks", {"nic2"}}, {"ports", nlohmann::json::object()}});
+    SetState("/network/dvSwitches/dvs0", {{"uplinks", {"nic2"}}, {"ports", json::object()}});
     SetState("/network/nukNics/nuk0/switch", "dvs0");
     SetState("/network/nukNics/nuk0/dvsPort", "10");
   }
@@ -60,18 +56,6 @@ class NetworkRestore : public SimHostFixture {
   static void BackInWindow(Terminal& term, const char* closed) {
     ASSERT_TRUE(term.WaitForNoText(closed)) << term.Screen();
     ASSERT_TRUE(term.WaitForText(kFactoryPane)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
-  }
-
-  static int Foreground(const Terminal& term, const std::string& text) {
-    int row = 0, col = 0;
-    return term.Find(text, &row, &col) ? term.Colors(row, col).foreground : -100;
-  }
-
-  // Moves with `key` and waits until the pane shows `text`.
-  static void Move(Terminal& term, const char* key, const char* text) {
-    term.Press(key);
-    ASSERT_TRUE(term.WaitForText(text)) << text << "\n" << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
   }
 };
@@ -102,11 +86,11 @@ TEST_F(NetworkRestore, SwitchEntriesAreDimmedOnAStandardSwitchAndEnabledOnADistr
     ASSERT_TRUE(term.WaitUntilPolling());
     EXPECT_NE(dimmed, Foreground(term, "Restore DVS")) << term.Screen();
     EXPECT_NE(dimmed, Foreground(term, "Restore Standard Switch")) << term.Screen();
-    ASSERT_NO_FATAL_FAILURE(Move(term, "Down", kStandardSwitchPane));
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Down", kStandardSwitchPane));
     EXPECT_TRUE(term.WaitForText("Try Restore DVS option")) << term.Screen();
-    ASSERT_NO_FATAL_FAILURE(Move(term, "Down", kDvsPane));
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Down", kDvsPane));
     EXPECT_TRUE(term.WaitForText("Corbel DVS")) << term.Screen();
-    ASSERT_NO_FATAL_FAILURE(Move(term, "Up", kStandardSwitchPane));
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Up", kStandardSwitchPane));
   }
 }
 
@@ -118,10 +102,9 @@ TEST_F(NetworkRestore, FactoryRestoreAsksTwiceThenStopsTheMachinesAndResetsTheNe
     SCOPED_TRACE(std::to_string(rows) + " rows");
     SetUp();
     PlugIntoDistributedSwitch();
-    SetState("/network/vswitches/vSwitch1",
-             {{"uplinks", {"nic3"}}, {"portGroups", nlohmann::json::object()}});
+    SetState("/network/vswitches/vSwitch1", {{"uplinks", {"nic3"}}, {"portGroups", json::object()}});
     SetState("/network/pnics/nic0/linkUp", false);
-    const nlohmann::json before = State("");
+    const json before = State("");
     Terminal term(rows, 80);
     ASSERT_NO_FATAL_FAILURE(OpenWindow(term));
     const int enabled = Foreground(term, "Restore DVS");
@@ -153,18 +136,17 @@ TEST_F(NetworkRestore, FactoryRestoreAsksTwiceThenStopsTheMachinesAndResetsTheNe
       EXPECT_TRUE(term.WaitForText(text)) << text << "\n" << term.Screen();
     EXPECT_TRUE(Contains(Syslog(), "Restoring factory network settings")) << Syslog();
     EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"), kEvent)) << ReadFile("var/log/zebd.log");
-    const std::vector<std::string> ran = JournalCommands();
-    EXPECT_NE(ran.end(), std::find(ran.begin(), ran.end(), "powerOffVms --terminate")) << Journal();
+    EXPECT_TRUE(Ran("powerOffVms --terminate")) << Journal();
     for (const auto& vm : State("/vms")) EXPECT_EQ("poweredOff", vm["powerState"]) << vm;
 
-    const nlohmann::json switches = State("/network/vswitches");
+    const json switches = State("/network/vswitches");
     EXPECT_EQ(1u, switches.size()) << switches;
-    EXPECT_EQ(nlohmann::json({"nic1"}), switches["vSwitch0"]["uplinks"]) << switches;
-    const nlohmann::json portGroups = switches["vSwitch0"]["portGroups"];
+    EXPECT_EQ(json({"nic1"}), switches["vSwitch0"]["uplinks"]) << switches;
+    const json portGroups = switches["vSwitch0"]["portGroups"];
     EXPECT_EQ(1u, portGroups.size()) << switches;
     EXPECT_EQ(0, portGroups["Management Network"]["vlanId"]) << switches;
-    EXPECT_EQ(nlohmann::json::object(), State("/network/dvSwitches"));
-    const nlohmann::json nic = State("/network/nukNics/nuk0");
+    EXPECT_EQ(json::object(), State("/network/dvSwitches"));
+    const json nic = State("/network/nukNics/nuk0");
     EXPECT_EQ(1u, State("/network/nukNics").size());
     EXPECT_EQ("vSwitch0", nic["switch"]);
     EXPECT_EQ("Management Network", nic["portGroup"]);
@@ -172,9 +154,7 @@ TEST_F(NetworkRestore, FactoryRestoreAsksTwiceThenStopsTheMachinesAndResetsTheNe
     EXPECT_EQ(State("/network/pnics/nic1/mac"), nic["mac"]);
     EXPECT_EQ(true, nic["ipv4"]["dhcp"]);
     EXPECT_EQ("10.0.0.77", nic["ipv4Lease"]["address"]);
-    EXPECT_EQ(
-        nlohmann::json({{"dhcp", false}, {"routerAdvertised", true}, {"addresses", nlohmann::json::array()}}),
-        nic["ipv6"]);
+    EXPECT_EQ(json({{"dhcp", false}, {"routerAdvertised", true}, {"addresses", json::array()}}), nic["ipv6"]);
     EXPECT_EQ(true, nic["dnsFromDhcp"]);
     EXPECT_EQ(true, State("/network/dns/defaultTcpipStack/fromDhcp"));
     EXPECT_EQ(true, nic["up"]);
@@ -196,7 +176,7 @@ TEST_F(NetworkRestore, FactoryRestoreAsksTwiceThenStopsTheMachinesAndResetsTheNe
 // rolled back.
 TEST_F(NetworkRestore, AHostThatCannotRestoreStopsNothingAndAFailingRestoreIsShown) {
   SetState("/faults/operations/NetworkInfo.CanRestoreFactoryNetwork", "no factory image");
-  const nlohmann::json before = State("");
+  const json before = State("");
   Terminal term(24, 80);
   ASSERT_NO_FATAL_FAILURE(OpenWindow(term));
   term.Press("Enter");
@@ -212,9 +192,9 @@ TEST_F(NetworkRestore, AHostThatCannotRestoreStopsNothingAndAFailingRestoreIsSho
   EXPECT_EQ(before, State("")) << "refused";
 
   SetState("/faults/operations/NetworkInfo.CanRestoreFactoryNetwork", nullptr);
-  SetState("/vms", nlohmann::json::array());
+  SetState("/vms", json::array());
   SetState("/faults/operations/NetworkInfo.RestoreFactoryNetwork", "vSwitch0 is busy");
-  const nlohmann::json network = State("/network");
+  const json network = State("/network");
   ASSERT_NO_FATAL_FAILURE(Confirmation(term));
   term.Press("F11");
   ASSERT_TRUE(term.WaitForText("Network Configuration Error")) << term.Screen();
@@ -225,12 +205,151 @@ TEST_F(NetworkRestore, AHostThatCannotRestoreStopsNothingAndAFailingRestoreIsSho
   EXPECT_TRUE(Contains(Syslog(), "Unable to restore the factory network settings: vSwitch0 is busy"))
       << Syslog();
   EXPECT_TRUE(Contains(ReadFile("var/log/nukernel.log"), "nuk0 brought up"));
-  nlohmann::json after = State("/network");
+  json after = State("/network");
   EXPECT_EQ(network["vswitches"], after["vswitches"]);
   EXPECT_EQ(network["nukNics"]["nuk0"]["ipv4"], after["nukNics"]["nuk0"]["ipv4"]);
   ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Enter");
   ASSERT_NO_FATAL_FAILURE(BackInWindow(term, "<Enter> OK"));
+}
+
+class SwitchRestore : public NetworkRestore {
+ protected:
+  // nuk0 on port 10 of dvs0 with nic0 and nic1; the port has VLAN 42 and `portUplinks`; nuk1
+  // sits on the same switch.
+  void PutOnDistributedSwitch(const json& portUplinks) const {
+    const KonuTest::CommandResult moved =
+        KonuTest::RunCommandLine({KONU_HOSTSIM_BIN, "--root", Root(), "dvs"});
+    ASSERT_EQ(0, moved.exitCode) << moved.err;
+    SetState("/network/dvSwitches/dvs0/ports/10/vlanId", 42);
+    SetState("/network/dvSwitches/dvs0/ports/10/uplinks", portUplinks);
+    json nuk1 = State("/network/nukNics/nuk0");
+    nuk1["mac"] = "02:4b:4e:6a:10:06";
+    nuk1["dvsPort"] = "12";
+    SetState("/network/nukNics/nuk1", nuk1);
+  }
+
+  // Logs in, opens the restore window and moves to the entry whose pane shows `pane`.
+  void OpenEntry(Terminal& term, const char* pane) const {
+    ASSERT_NO_FATAL_FAILURE(OpenWindow(term));
+    ASSERT_NO_FATAL_FAILURE(MenuDownTo(term, pane));
+  }
+
+  // Every text shows on the screen.
+  static void ExpectDrawn(const Terminal& term, std::initializer_list<const char*> texts) {
+    for (const char* text : texts)
+      EXPECT_TRUE(Contains(term.Screen(), text)) << text << "\n" << term.Screen();
+  }
+};
+
+// A failing uplink move (25 rows) is shown and the rest still runs; the port's own uplink
+// moves and the other uplink stays on the distributed switch.
+TEST_F(SwitchRestore, StandardSwitchRestoreMovesTheManagementNetworkAndItsUplinksOntoANewSwitch) {
+  for (int rows : {24, 25}) {
+    SCOPED_TRACE(std::to_string(rows) + " rows");
+    SetUp();
+    const bool failing = rows == 25;
+    ASSERT_NO_FATAL_FAILURE(PutOnDistributedSwitch(json::array({"nic1"})));
+    if (failing) SetState("/faults/operations/VirtualSwitchInfo.AddUplink", "NIC busy");
+    Terminal term(rows, 80);
+    ASSERT_NO_FATAL_FAILURE(OpenEntry(term, kStandardSwitchPane));
+
+    // Esc changes nothing.
+    const json before = State("/network");
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "<F11> OK"));
+    ExpectDrawn(term, {"Restore Standard Switch", "All management network and associated uplinks",
+                       "Move the management network onto a standard switch?", "<Esc> Cancel"});
+    term.Press("Esc");
+    ASSERT_TRUE(term.WaitForNoText("<F11> OK")) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    EXPECT_EQ(before, State("/network"));
+
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "<F11> OK"));
+    term.Press("F11");
+    if (failing) {
+      ASSERT_TRUE(term.WaitForText("Network Configuration Error")) << term.Screen();
+      ASSERT_NO_FATAL_FAILURE(Acknowledge(term, "Moving uplink nic1 to vSwitch1 failed: NIC busy"));
+    }
+    // Off the distributed switch, the window dims the switch entries and selects the first.
+    ASSERT_TRUE(term.WaitForText(kFactoryPane)) << term.Screen();
+
+    const json vSwitch1 = State("/network/vswitches/vSwitch1");
+    EXPECT_EQ(failing ? json::array() : json::array({"nic1"}), vSwitch1["uplinks"]);
+    EXPECT_EQ(42, vSwitch1["portGroups"]["Management Network"]["vlanId"]);
+    EXPECT_EQ("vSwitch1", State("/network/nukNics/nuk0/switch"));
+    EXPECT_EQ("Management Network", State("/network/nukNics/nuk0/portGroup"));
+    // nic0 does not serve the port and stays; a failed move leaves nic1 on neither switch.
+    EXPECT_EQ(json::array({"nic0"}), State("/network/dvSwitches/dvs0/uplinks"));
+    EXPECT_EQ(false, State("/network/nukNics/nuk1/usable"));
+    EXPECT_EQ(true, State("/network/nukNics/nuk0/up"));
+    EXPECT_TRUE(Contains(Syslog(), "Moving uplink nic1 from dvs0 to vSwitch1")) << Syslog();
+  }
+}
+
+TEST_F(SwitchRestore, RestoreDvsRebuildsThePortAsAHostLocalPort) {
+  for (int rows : {24, 25}) {
+    SCOPED_TRACE(std::to_string(rows) + " rows");
+    SetUp();
+    ASSERT_NO_FATAL_FAILURE(PutOnDistributedSwitch(json::array({"nic0", "nic1"})));
+    SetState("/network/dvSwitches/dvs0/ports/10/blocked", true);
+    SetState("/network/dvSwitches/dvs0/vendor", "Example Networks");
+    Terminal term(rows, 80);
+    ASSERT_NO_FATAL_FAILURE(OpenEntry(term, kDvsPane));
+
+    // Another vendor's switch is refused before the form.
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "Restore DVS: Error"));
+    ASSERT_NO_FATAL_FAILURE(Acknowledge(term, "on 3rd party DVS."));
+    SetState("/network/dvSwitches/dvs0/vendor", "Corbel");
+
+    // The form holds the port's VLAN and uplinks; VLAN 0 is refused.
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "<F11> OK"));
+    ExpectDrawn(term, {"Restore DVS", "Enter the properties for new DVS host local port", "taken as default.",
+                       "VLAN (optional)", "42", "[ ] Restore to default blocked setting (unblocked)",
+                       "Select DVS uplinks: nic0 nic1", "<Esc> Cancel"});
+    term.Type("0");
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "F11", "Please enter a valid VLAN ID (1-4094)."));
+    ASSERT_NO_FATAL_FAILURE(Acknowledge(term, "Please enter a valid VLAN ID (1-4094)."));
+    term.Press("Backspace");
+    term.Type("77");
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Down", "<F11> OK"));
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, " ", "[X] Restore to default blocked"));
+
+    // No uplinks: the warning; N returns to the form.
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Down", "<F11> OK"));
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "Select the DVS Uplinks (one or more)"));
+    ExpectDrawn(term, {"DVS Uplinks", "Device Name", "[X] nic0", "[X] nic1", "<Space> Toggle Selected"});
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, " ", "[ ] nic0"));
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Down", "[ ] nic0"));
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, " ", "[ ] nic1"));
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "Select DVS uplinks: none"));
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "F11", "Do you want to continue?"));
+    ExpectDrawn(term, {"DVS Uplinks: Warning", "No uplinks were selected.", "<N> No"});
+    term.Type("n");
+    ASSERT_TRUE(term.WaitForNoText("Do you want to continue?")) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    EXPECT_EQ("10", State("/network/nukNics/nuk0/dvsPort"));
+
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "[ ] nic1"));
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Down", "[ ] nic1"));
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, " ", "[X] nic1"));
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "Select DVS uplinks: nic1"));
+    term.Press("F11");
+    // Still on the distributed switch: the window keeps the entry selected.
+    ASSERT_TRUE(term.WaitForNoText("<F11> OK")) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    EXPECT_TRUE(Contains(term.Screen(), kDvsPane)) << term.Screen();
+
+    // A new host-local port, cloned from port 10, carries nuk0.
+    EXPECT_EQ("11", State("/network/nukNics/nuk0/dvsPort"));
+    EXPECT_EQ("dvs0", State("/network/nukNics/nuk0/switch"));
+    const json port = State("/network/dvSwitches/dvs0/ports/11");
+    EXPECT_EQ(77, port["vlanId"]);
+    EXPECT_EQ(json::array({"nic1"}), port["uplinks"]);
+    EXPECT_EQ(false, port["blocked"]);
+    EXPECT_EQ(true, port["hostLocal"]);
+    EXPECT_EQ(1500, port["mtu"]);
+    EXPECT_EQ(42, State("/network/dvSwitches/dvs0/ports/10/vlanId"));
+  }
 }
 
 }  // namespace

@@ -25,18 +25,12 @@ class Shutdown : public SimHostFixture {
  protected:
   // F12 and root's login; the shutdown dialog reads keys. `clockSpeed` as StartKonu.
   void OpenShutdownDialog(Terminal& term, double clockSpeed = 0) {
-    StartKonu(term, {}, clockSpeed);
-    ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(StartOnWelcome(term, {}, clockSpeed));
     ASSERT_NO_FATAL_FAILURE(LogIn(term, "F12"));
     ASSERT_TRUE(term.WaitForText("Forcefully terminate running VMs, if any ...")) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
   }
   std::string Events() const { return ReadFile("var/log/zebd.log"); }
-  bool Ran(const std::string& command) const {
-    const std::vector<std::string> all = JournalCommands();
-    return std::find(all.begin(), all.end(), command) != all.end();
-  }
 };
 
 // The dimmed look of the first place `title` is shown.
@@ -184,14 +178,7 @@ TEST_F(Shutdown, ResetRestoresTheDefaultsAndOnlyEnterRestarts) {
 // machine is powered off.
 TEST_F(Shutdown, ResetFromTheMenuRestartsTheHostWithoutPoweringOffMachines) {
   Terminal term(25, 80);
-  StartKonu(term);
-  ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  ASSERT_NO_FATAL_FAILURE(LogIn(term, "F2"));
-  ASSERT_NO_FATAL_FAILURE(MenuDownTo(term, "<Enter> Reset"));
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText("Reset System Configuration now?")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(OpenFromMenu(term, "<Enter> Reset", "Reset System Configuration now?"));
   term.Press("F11");
   ASSERT_TRUE(term.WaitForText("<Enter> Restart Host")) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());

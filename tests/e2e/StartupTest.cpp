@@ -19,34 +19,56 @@ using KonuTest::Terminal;
 
 class Startup : public SimHostFixture {};
 
-// Every way the console ends: status 0, the terminal restored, and the palette reset
-// (ESC ] R) written, which the host's own console would otherwise keep redefined.
-TEST_F(Startup, EveryExitPathEndsWithStatusZeroRestoresTheTerminalAndResetsThePalette) {
+// Every way the console ends: the terminal restored, the palette reset (ESC ] R) written,
+// which the host's own console would otherwise keep redefined, and the pid file kept. The
+// host starts the console again whatever the status; an error that is not the host's ends
+// with status 1, so it shows as a failure rather than as a core dump.
+TEST_F(Startup, EveryExitPathRestoresTheTerminalResetsThePaletteAndKeepsThePidFile) {
   const struct {
     const char* name;
-    std::function<void(Terminal&)> end;
+    std::function<void(Terminal&)> end;  // on the welcome screen; nullptr: it ends by itself
+    int status;
     const char* logLine;  // nullptr: none asked for
+    const char* fault;    // nullptr, or an operation made to fail (before `end`) ...
+    const char* error;    // ... with this error (JSON)
   } paths[] = {
-      {"SIGTERM", [](Terminal& t) { t.Signal(SIGTERM); }, nullptr},
-      {"SIGINT", [](Terminal& t) { t.Signal(SIGINT); }, nullptr},
-      {"SIGQUIT", [](Terminal& t) { t.Signal(SIGQUIT); }, nullptr},
-      {"SIGHUP (hang-up)", [](Terminal& t) { t.Signal(SIGHUP); }, nullptr},
-      {"resize", [](Terminal& t) { t.Resize(30, 100); }, "Resized window to 100x30"},
-      {"ESC R", [](Terminal& t) { t.Write("\033R"); }, "Resized window to 80x24"},
+      {"SIGTERM", [](Terminal& t) { t.Signal(SIGTERM); }, 0, nullptr, nullptr, nullptr},
+      {"SIGINT", [](Terminal& t) { t.Signal(SIGINT); }, 0, nullptr, nullptr, nullptr},
+      {"SIGQUIT", [](Terminal& t) { t.Signal(SIGQUIT); }, 0, nullptr, nullptr, nullptr},
+      {"SIGHUP (hang-up)", [](Terminal& t) { t.Signal(SIGHUP); }, 0, nullptr, nullptr, nullptr},
+      {"resize", [](Terminal& t) { t.Resize(30, 100); }, 0, "Resized window to 100x30", nullptr, nullptr},
+      {"ESC R", [](Terminal& t) { t.Write("\033R"); }, 0, "Resized window to 80x24", nullptr, nullptr},
+      {"a host error reaching main", nullptr, 0, "KONU aborted by exception: TCP/IP stack gone", "Host.Stack",
+       R"("TCP/IP stack gone")"},
+      {"another error reaching main", [](Terminal& t) { t.Write(" "); }, 1,
+       "KONU aborted by exception: out of thread slots", "SystemInfo.GetWelcomeMessage",
+       R"({"unexpected": "out of thread slots"})"},
   };
   for (const auto& path : paths) {
+    SCOPED_TRACE(path.name);
+    SetState("/faults/operations", nlohmann::json::object());
+    const auto fault = [&] {
+      if (path.fault)
+        SetState("/faults/operations/" + std::string(path.fault), nlohmann::json::parse(path.error));
+    };
+    if (!path.end) fault();
     Terminal term(24, 80);
     StartKonu(term);
-    ASSERT_TRUE(term.WaitForText(ProductLine())) << path.name << "\n" << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling()) << path.name;
-    path.end(term);
+    if (path.end) {
+      ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
+      ASSERT_TRUE(term.WaitUntilPolling());
+      // The welcome screen reads the host again on any key.
+      fault();
+      path.end(term);
+    }
     int status = -1;
-    ASSERT_TRUE(term.WaitForExit(5000, &status)) << path.name;
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << path.name << ": " << status;
-    EXPECT_TRUE(TerminalRestored(term)) << path.name;
-    EXPECT_NE(term.Output().find("\033]R"), std::string::npos) << path.name << ": no palette reset";
+    ASSERT_TRUE(term.WaitForExit(5000, &status));
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == path.status) << status;
+    EXPECT_TRUE(TerminalRestored(term));
+    EXPECT_NE(term.Output().find("\033]R"), std::string::npos) << "no palette reset";
+    EXPECT_EQ(ReadFile("var/run/konu.pid"), std::to_string(term.Pid()));
     if (path.logLine) {
-      EXPECT_NE(Syslog().find(path.logLine), std::string::npos) << path.name << "\n" << Syslog();
+      EXPECT_TRUE(Contains(Syslog(), path.logLine)) << Syslog();
     }
   }
   EXPECT_NE(std::string::npos, Syslog().find("KONU[")) << Syslog();

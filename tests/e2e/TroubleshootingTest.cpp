@@ -68,11 +68,6 @@ std::string FieldValue(const Terminal& term, const std::string& label) {
   return value;
 }
 
-int Foreground(const Terminal& term, const std::string& text) {
-  int row = 0, col = 0;
-  return term.Find(text, &row, &col) ? term.Colors(row, col).foreground : -100;
-}
-
 TEST_F(Troubleshooting, TogglesRunTheirCommandsInOrderAndFallBackToTheScripts) {
   const struct {
     const char* name;
@@ -269,14 +264,8 @@ TEST_F(Troubleshooting, KonuTimeoutIsCheckedAndSavedInSeconds) {
 TEST_F(Troubleshooting, ANewConsoleTimeoutAppliesToTheRunningSession) {
   SetState(kKonuOption, 0);
   Terminal term(24, 80);
-  StartKonu(term, {}, /*clockSpeed=*/10);
-  ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  ASSERT_NO_FATAL_FAILURE(LogIn(term, "F2"));
-  ASSERT_NO_FATAL_FAILURE(MenuDownTo(term, "To view various troubleshooting"));
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText("Troubleshooting Mode Options")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(OpenFromMenu(term, "To view various troubleshooting",
+                                       "Troubleshooting Mode Options", /*clockSpeed=*/10));
   Press(term, {"Down", "Down", "Down"});
   ASSERT_TRUE(term.WaitForText("Modify the number of idle minutes")) << term.Screen();
   term.Press("Enter");

@@ -107,7 +107,7 @@ TEST_F(WelcomeScreen, HardwareLineShowsTheProductAloneWhenItBeginsWithTheVendor)
   RefreshUntil(term, "1 GiB Memory");
 }
 
-TEST_F(WelcomeScreen, HostNameLocalhostGivesNoHostNameLine) {
+TEST_F(WelcomeScreen, HostNameLocalhostGivesNoHostNameLineAnyOtherShowsAsItIs) {
   SetState("/host/hostname", "localhost");
   Terminal term(24, 80);
   Start(term, ProductLine());
@@ -115,9 +115,10 @@ TEST_F(WelcomeScreen, HostNameLocalhostGivesNoHostNameLine) {
   EXPECT_EQ(TextAt(term, 13, 8, 64), "https://10.0.0.5/ (STATIC)");
   EXPECT_FALSE(term.WaitForText("https://localhost", 0));
 
-  // The facts are read afresh at every draw: any key brings a new host name.
-  SetState("/host/hostname", "konu-07");
-  RefreshUntil(term, "https://konu-07/");
+  // The facts are read afresh at every draw: any key brings a new host name, whose braces
+  // are no mark-up.
+  SetState("/host/hostname", "konu-{color:red}07");
+  RefreshUntil(term, "https://konu-{color:red}07/");
   EXPECT_EQ(TextAt(term, 14, 8, 64), "https://10.0.0.5/ (STATIC)");
 }
 
@@ -220,7 +221,8 @@ TEST_F(WelcomeScreen, CustomWelcomeMessageReplacesTheLayoutWithItsVariablesFille
   unlink(HostFile("etc/ssh/ssh_host_dsa_key").c_str());  // one fingerprint that cannot be taken
   SetState("/host/welcomeMessage",
            "{color:yellow}Welcome{/color} to {ip} with {memory}\nSSL [{ssl-thumbprint}]\n"
-           "RSA [{ssh-rsa-fingerprint}]\nDSA [{ssh-dsa-fingerprint}]");
+           "RSA [{ssh-rsa-fingerprint}]\nDSA [{ssh-dsa-fingerprint}]\nTag [{servicetag}]");
+  SetState("/support/serviceTag", "TX7-{bgcolor:red}1");
   Terminal term(24, 80);
   Start(term, "Welcome to 10.0.0.5 with 128 GiB");
   int row = 0, col = 0;
@@ -245,6 +247,7 @@ TEST_F(WelcomeScreen, CustomWelcomeMessageReplacesTheLayoutWithItsVariablesFille
   EXPECT_TRUE(term.WaitForText("RSA [" + fingerprint + "]", 0)) << term.Screen();
   EXPECT_TRUE(term.WaitForText("DSA []", 0)) << term.Screen();
   EXPECT_NE(Syslog().find("Error generating SSH Key Fingerprint: "), std::string::npos) << Syslog();
+  EXPECT_TRUE(term.WaitForText("Tag [TX7-{bgcolor:red}1]", 0)) << "a value is no mark-up\n" << term.Screen();
 
   // Without the message the standard layout comes back.
   SetState("/host/welcomeMessage", "");

@@ -17,8 +17,6 @@ using KonuTest::Terminal;
 
 constexpr const char kMenuTitle[] = "System Customization";
 
-bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
-
 size_t Count(const std::string& text, const std::string& part) {
   size_t n = 0;
   for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++n;
@@ -27,21 +25,6 @@ size_t Count(const std::string& text, const std::string& part) {
 
 class WelcomeSession : public SimHostFixture {
  protected:
-  void Start(Terminal& term, double clockSpeed = 0) {
-    StartKonu(term, {}, clockSpeed);
-    ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
-  }
-  // F2 or F12, then root's password in the login form (the name field is focused first).
-  void LogIn(Terminal& term, const char* key, const char* secret = "konu") {
-    term.Press(key);
-    ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
-    term.Press("Enter");
-    term.Type(secret);
-    term.Press("Enter");
-    ASSERT_TRUE(term.WaitForNoText("Authentication Required")) << term.Screen();
-  }
   void OpenMenu(Terminal& term) {
     LogIn(term, "F2");
     ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
@@ -52,22 +35,23 @@ class WelcomeSession : public SimHostFixture {
 
 TEST_F(WelcomeSession, EscInTheMenuLogsOutWithLogLineAndAuditRecord) {
   Terminal term(24, 80);
-  Start(term);
+  ASSERT_NO_FATAL_FAILURE(StartOnWelcome(term));
   OpenMenu(term);
-  EXPECT_TRUE(Has(Audit(), "login.connect user=\"root\"")) << Audit();
-  EXPECT_FALSE(Has(Syslog(), "User root logged out"));
+  EXPECT_TRUE(Contains(Audit(), "login.connect user=\"root\"")) << Audit();
+  EXPECT_FALSE(Contains(Syslog(), "User root logged out"));
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForNoText(kMenuTitle)) << term.Screen();
   // One update, but curses writes it in pieces: the title may go before the welcome shows.
   EXPECT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
   // The screen changes before the logout is written; wait for the record, the last of the two.
-  ASSERT_TRUE(term.WaitFor([&] { return Has(Audit(), "login.disconnect"); })) << Audit();
+  ASSERT_TRUE(term.WaitFor([&] { return Contains(Audit(), "login.disconnect"); })) << Audit();
   const std::string syslog = Syslog();
   const size_t line = syslog.find("User root logged out");
   ASSERT_NE(line, std::string::npos) << syslog;
   EXPECT_EQ("<14>", syslog.substr(syslog.rfind('\n', line) + 1, 4)) << "user facility, info";
-  EXPECT_FALSE(Has(syslog, "due to time out"));
-  EXPECT_TRUE(Has(Audit(), "login.disconnect user=\"root\" origin=\"\" success=1 reason=\"Session closed\""))
+  EXPECT_FALSE(Contains(syslog, "due to time out"));
+  EXPECT_TRUE(
+      Contains(Audit(), "login.disconnect user=\"root\" origin=\"\" success=1 reason=\"Session closed\""))
       << Audit();
 
   // The welcome screen goes on: a second session opens and closes the same way.
@@ -82,16 +66,16 @@ TEST_F(WelcomeSession, IdleMenuEndsTheSessionWithTimeOutAndTheWelcomeScreenRetur
   // One minute of idle time; the console's clock runs ten times faster.
   SetState("/advancedOptions/~1UserVars~1KonuTimeOut/value", 60);
   Terminal term(24, 80);
-  Start(term, /*clockSpeed=*/10);
+  ASSERT_NO_FATAL_FAILURE(StartOnWelcome(term, {}, /*clockSpeed=*/10));
   OpenMenu(term);
-  ASSERT_TRUE(term.WaitFor([&] { return Has(Syslog(), "User root logged out due to time out"); }, 30000))
+  ASSERT_TRUE(term.WaitFor([&] { return Contains(Syslog(), "User root logged out due to time out"); }, 30000))
       << Syslog();
   ASSERT_TRUE(term.WaitForNoText(kMenuTitle)) << term.Screen();
   EXPECT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
   EXPECT_TRUE(term.WaitFor([&] {
-    return Has(Audit(), "login.disconnect user=\"root\" origin=\"\" success=1 reason=\"Time out\"");
+    return Contains(Audit(), "login.disconnect user=\"root\" origin=\"\" success=1 reason=\"Time out\"");
   })) << Audit();
-  EXPECT_FALSE(Has(Audit(), "Session closed")) << Audit();
+  EXPECT_FALSE(Contains(Audit(), "Session closed")) << Audit();
   EXPECT_EQ(1u, Count(Syslog(), "User root logged out")) << "one logout line only";
 
   // The process lives on and the welcome screen takes keys again.
@@ -102,7 +86,7 @@ TEST_F(WelcomeSession, IdleMenuEndsTheSessionWithTimeOutAndTheWelcomeScreenRetur
 
 TEST_F(WelcomeSession, QuitSignalInASessionEndsTheProcessOnlyWhenTheSessionEnds) {
   Terminal term(24, 80);
-  Start(term);
+  ASSERT_NO_FATAL_FAILURE(StartOnWelcome(term));
   OpenMenu(term);
   term.Signal(SIGUSR2);
   // Still inside the menu, reading keys again after the signal.
@@ -113,14 +97,14 @@ TEST_F(WelcomeSession, QuitSignalInASessionEndsTheProcessOnlyWhenTheSessionEnds)
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForExit(5000, &status)) << term.Screen();
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-  EXPECT_TRUE(Has(Syslog(), "User root logged out")) << "the session ended normally first";
-  EXPECT_TRUE(Has(Audit(), "reason=\"Session closed\"")) << Audit();
+  EXPECT_TRUE(Contains(Syslog(), "User root logged out")) << "the session ended normally first";
+  EXPECT_TRUE(Contains(Audit(), "reason=\"Session closed\"")) << Audit();
   EXPECT_TRUE(TerminalRestored(term));
 }
 
 TEST_F(WelcomeSession, QuitSignalOnTheWelcomeScreenEndsAtOnce) {
   Terminal term(24, 80);
-  Start(term);
+  ASSERT_NO_FATAL_FAILURE(StartOnWelcome(term));
   term.Signal(SIGUSR2);
   int status = -1;
   ASSERT_TRUE(term.WaitForExit(5000, &status));
@@ -129,7 +113,7 @@ TEST_F(WelcomeSession, QuitSignalOnTheWelcomeScreenEndsAtOnce) {
 
 TEST_F(WelcomeSession, F12AfterLoginOpensTheShutdownDialogWithoutASession) {
   Terminal term(24, 80);
-  Start(term);
+  ASSERT_NO_FATAL_FAILURE(StartOnWelcome(term));
   LogIn(term, "F12");
   // The dialog's title besides the welcome screen's own F12 label beneath it.
   ASSERT_TRUE(term.WaitFor([&] { return Count(term.Screen(), "Shut Down/Restart") == 2; })) << term.Screen();
@@ -140,35 +124,35 @@ TEST_F(WelcomeSession, F12AfterLoginOpensTheShutdownDialogWithoutASession) {
   // One update, but the terminal may hand it over in pieces: the title can be gone before
   // the product line beneath it is back.
   EXPECT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-  EXPECT_FALSE(Has(Syslog(), "logged out")) << "no menu session ended";
-  EXPECT_FALSE(Has(Audit(), "login.disconnect")) << Audit();
+  EXPECT_FALSE(Contains(Syslog(), "logged out")) << "no menu session ended";
+  EXPECT_FALSE(Contains(Audit(), "login.disconnect")) << Audit();
 }
 
 TEST_F(WelcomeSession, EscInTheLoginFormReturnsWithoutASession) {
   Terminal term(24, 80);
-  Start(term);
+  ASSERT_NO_FATAL_FAILURE(StartOnWelcome(term));
   term.Press("F2");
   ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForNoText("Authentication Required")) << term.Screen();
   EXPECT_FALSE(term.WaitForText(kMenuTitle, 0));
-  EXPECT_FALSE(Has(Audit(), "login.")) << Audit();
+  EXPECT_FALSE(Contains(Audit(), "login.")) << Audit();
 }
 
 TEST_F(WelcomeSession, CardRemovalDoesNotEndAPasswordSession) {
   Terminal term(24, 80);
-  Start(term);
+  ASSERT_NO_FATAL_FAILURE(StartOnWelcome(term));
   OpenMenu(term);  // no card: a password login
   Card({"insert", "root"});
   Card({"remove"});
   ASSERT_TRUE(term.WaitUntilPolling());
   int status = -1;
   EXPECT_FALSE(term.WaitForExit(500, &status));
-  EXPECT_FALSE(Has(Syslog(), "Logging out user id")) << Syslog();
+  EXPECT_FALSE(Contains(Syslog(), "Logging out user id")) << Syslog();
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForNoText(kMenuTitle)) << term.Screen();
-  EXPECT_TRUE(term.WaitFor([&] { return Has(Syslog(), "User root logged out"); })) << Syslog();
+  EXPECT_TRUE(term.WaitFor([&] { return Contains(Syslog(), "User root logged out"); })) << Syslog();
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <dirent.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -67,6 +68,42 @@ void SimHostFixture::StartKonu(Terminal& term, const std::vector<std::string>& a
   term.Spawn(argv, env);
 }
 
+void SimHostFixture::StartOnWelcome(Terminal& term, const std::vector<std::string>& args,
+                                    double clockSpeed) const {
+  StartKonu(term, args, clockSpeed);
+  ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+}
+
+void SimHostFixture::OpenFromMenu(Terminal& term, const std::string& entryPane, const std::string& shown,
+                                  double clockSpeed) const {
+  ASSERT_NO_FATAL_FAILURE(StartOnWelcome(term, {}, clockSpeed));
+  ASSERT_NO_FATAL_FAILURE(LogIn(term, "F2"));
+  ASSERT_NO_FATAL_FAILURE(MenuDownTo(term, entryPane));
+  term.Press("Enter");
+  ASSERT_TRUE(term.WaitForText(shown)) << shown << "\n" << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+}
+
+void SimHostFixture::PressUntil(Terminal& term, const std::string& key, const std::string& text) {
+  if (key.size() > 1)
+    term.Press(key);
+  else
+    term.Type(key);
+  ASSERT_TRUE(term.WaitForText(text)) << text << "\n" << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+}
+
+bool SimHostFixture::Ran(const std::string& command) const {
+  const std::vector<std::string> all = JournalCommands();
+  return std::find(all.begin(), all.end(), command) != all.end();
+}
+
+int SimHostFixture::Foreground(const Terminal& term, const std::string& text) {
+  int row = 0, col = 0;
+  return term.Find(text, &row, &col) ? term.Colors(row, col).foreground : -100;
+}
+
 void SimHostFixture::FinishDialogChild(Terminal& term, int expected) {
   ASSERT_TRUE(term.WaitForText("RESULT=" + std::to_string(expected))) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());
@@ -77,12 +114,12 @@ void SimHostFixture::FinishDialogChild(Terminal& term, int expected) {
   EXPECT_EQ(expected, WEXITSTATUS(status));
 }
 
-void SimHostFixture::LogIn(Terminal& term, const char* key) {
+void SimHostFixture::LogIn(Terminal& term, const char* key, const char* secret) {
   term.Press(key);
   ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Enter");
-  term.Type("konu");
+  term.Type(secret);
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForNoText("Authentication Required")) << term.Screen();
 }

@@ -46,9 +46,27 @@ class SimHostFixture : public ::testing::Test {
   // Starts konu on this host. clockSpeed > 0 runs the console's clock that much faster.
   void StartKonu(Terminal& term, const std::vector<std::string>& args = {}, double clockSpeed = 0) const;
 
-  // On the welcome screen: `key` ("F2" or "F12"), then root's password "konu" in the login
+  // StartKonu, then waits until the welcome screen is drawn and reads keys.
+  void StartOnWelcome(Terminal& term, const std::vector<std::string>& args = {}, double clockSpeed = 0) const;
+
+  // StartOnWelcome, the F2 login, Down in the menu to the entry whose pane shows `entryPane`
+  // and Enter; returns when `shown` is drawn and the console reads keys.
+  void OpenFromMenu(Terminal& term, const std::string& entryPane, const std::string& shown,
+                    double clockSpeed = 0) const;
+
+  // Presses `key` (a key name such as "F11", or one character typed as it stands) and waits
+  // until `text` shows and the console reads keys.
+  static void PressUntil(Terminal& term, const std::string& key, const std::string& text);
+
+  // True when the journal has a tool run of exactly `command` (as JournalCommands gives it).
+  bool Ran(const std::string& command) const;
+
+  // The foreground colour of the first cell of `text` on the screen; -100 when it is not shown.
+  static int Foreground(const Terminal& term, const std::string& text);
+
+  // On the welcome screen: `key` ("F2" or "F12"), then root's password (`secret`) in the login
   // form of a remote terminal (the name field first); returns when the form has closed.
-  static void LogIn(Terminal& term, const char* key);
+  static void LogIn(Terminal& term, const char* key, const char* secret = "konu");
 
   // In the System Customization menu: Down until the information pane shows `footer`
   // ("<Enter> Reset"), then waits for key reading.

@@ -1,21 +1,14 @@
 // Key reading on a clock that runs fast: the screen dims after 60 s without a key and the
 // key that wakes it is delivered; the idle time-out never ends a session before 60 s, and
-// 0 never ends it, nor does any time-out outside a session; resizes and termination signals end the process
-// with status 0; an exit request during a session waits for the session to end.
+// 0 never ends it, nor does any time-out outside a session.
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <cstdio>
-#include <fstream>
-#include <memory>
-#include <sstream>
 
 #include "app/Clock.h"
 #include "app/KonuTimeout.h"
 #include "app/Runtime.h"
-#include "app/SignalThread.h"
-#include "host/Log.h"
 #include "tests/harness/Terminal.h"
 #include "tests/screen/UiChild.h"
 #include "ui/Frame.h"
@@ -27,7 +20,7 @@ namespace {
 using KonuTest::Terminal;
 using KonuTest::UiCurses;
 
-// Shows each key it reads until "q"; "o" ends the session.
+// Shows each key it reads until "q".
 class KeyFrame : public Frame {
  public:
   explicit KeyFrame(bool idleTimeout)
@@ -36,9 +29,8 @@ class KeyFrame : public Frame {
     text_.SetText("{color:red}waiting{/color}");
     for (;;) {
       int key = GetKey(idleTimeout_);
-      if (key == 'o') Runtime::Get().session.active = false;
       char line[64];
-      snprintf(line, sizeof line, "got %s deferred=%d", keyname(key), Runtime::Get().session.deferredExit);
+      snprintf(line, sizeof line, "got %s", keyname(key));
       text_.SetText(line);
       if (key == 'q') return 0;
     }
@@ -54,16 +46,12 @@ struct Setup {
   unsigned idleTimeout = 600;
   bool useTimeout = false;
   bool session = false;
-  bool signals = false;
-  std::string log = "";
 };
 
 // Runs a KeyFrame modally; a time-out shows "timeout after N s" in clock seconds.
 int RunKeys(const Setup& setup) {
   UiCurses curses;
   if (!curses.Ok()) return 2;
-  if (!setup.log.empty()) SetLogSink(std::make_unique<FileLogSink>(setup.log));
-  if (setup.signals) StartSignalThread();
   static ScaledClock* clock = nullptr;
   clock = new ScaledClock(setup.speed);
   Runtime& runtime = Runtime::Get();
@@ -85,20 +73,6 @@ int RunKeys(const Setup& setup) {
     UiCurses::HoldUntil('q');
   }
   return 0;
-}
-
-std::string TempPath() {
-  char path[] = "/tmp/konu-ui-log-XXXXXX";
-  int fd = mkstemp(path);
-  if (fd >= 0) close(fd);
-  return path;
-}
-
-std::string ReadAll(const std::string& path) {
-  std::ifstream in(path);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
 }
 
 bool Dimmed(const Terminal& t) {
@@ -178,80 +152,6 @@ TEST(GetKeyScreen, NoTimeoutWithZeroOrOutsideASessionButTheScreenStillDims) {
     ASSERT_TRUE(t.WaitForExit(5000, &status));
     EXPECT_EQ(status, 0);
   }
-}
-
-TEST(GetKeyScreen, EscapeRAndARealResizeLogTheSizeAndEndWithStatusZero) {
-  {
-    const std::string log = TempPath();
-    Terminal t(24, 80);
-    t.Fork([log] { return RunKeys({.speed = 1, .idleTimeout = 600, .useTimeout = false, .log = log}); },
-           KonuTest::UiEnv());
-    ASSERT_TRUE(t.WaitForText("waiting", 5000)) << t.Screen();
-    t.Write("\x1bR");
-    int status = -1;
-    ASSERT_TRUE(t.WaitForExit(5000, &status));
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
-    EXPECT_NE(ReadAll(log).find("Resized window to 80x24"), std::string::npos) << ReadAll(log);
-    unlink(log.c_str());
-  }
-  {
-    const std::string log = TempPath();
-    Terminal t(24, 80);
-    t.Fork(
-        [log] {
-          return RunKeys({.speed = 1, .idleTimeout = 600, .useTimeout = false, .signals = true, .log = log});
-        },
-        KonuTest::UiEnv());
-    ASSERT_TRUE(t.WaitForText("waiting", 5000)) << t.Screen();
-    t.Resize(30, 100);
-    int status = -1;
-    ASSERT_TRUE(t.WaitForExit(5000, &status));
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0);
-    EXPECT_NE(ReadAll(log).find("Resized window to 100x30"), std::string::npos) << ReadAll(log);
-    unlink(log.c_str());
-  }
-}
-
-TEST(GetKeyScreen, AnExitRequestDuringASessionWaitsAndATerminationSignalEndsAtOnce) {
-  Terminal t(24, 80);
-  t.Fork(
-      [] {
-        return RunKeys(
-            {.speed = 1, .idleTimeout = 600, .useTimeout = false, .session = true, .signals = true});
-      },
-      KonuTest::UiEnv());
-  ASSERT_TRUE(t.WaitForText("waiting", 5000)) << t.Screen();
-  t.Signal(SIGUSR2);
-  // The request is a signal byte that may arrive after a key: press until it shows.
-  ASSERT_TRUE(t.WaitFor(
-      [&] {
-        t.Press("x");
-        return t.Find("deferred=1", nullptr, nullptr);
-      },
-      5000))
-      << t.Screen();
-  t.Press("o");  // the session ends; the next request ends the process
-  ASSERT_TRUE(t.WaitForText("got o", 5000)) << t.Screen();
-  t.Signal(SIGUSR2);
-  int status = -1;
-  ASSERT_TRUE(t.WaitForExit(5000, &status));
-  ASSERT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(WEXITSTATUS(status), 0);
-
-  Terminal second(24, 80);
-  second.Fork(
-      [] {
-        return RunKeys(
-            {.speed = 1, .idleTimeout = 600, .useTimeout = false, .session = true, .signals = true});
-      },
-      KonuTest::UiEnv());
-  ASSERT_TRUE(second.WaitForText("waiting", 5000)) << second.Screen();
-  second.Signal(SIGTERM);
-  ASSERT_TRUE(second.WaitForExit(5000, &status));
-  ASSERT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
 }  // namespace

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <functional>
 #include <thread>
 
+#include "host/MacAddress.h"
 #include "host/sim/DefaultState.h"
 #include "host/sim/Faults.h"
 #include "host/sim/StateFile.h"
@@ -187,6 +189,25 @@ TEST(HostSimDefaultState, LayoutPointersExistWithTheirFreshValues) {
   EXPECT_LT(s["version"]["version"].get<std::string>().size(), 64u);
   EXPECT_LT(s["version"]["kernelVersion"].get<std::string>().size(), 32u);
   EXPECT_LT(s["version"]["build"].get<std::string>().size(), 312u - 128u);
+
+  // Neutral names only: every MAC address locally administered and unicast (first byte
+  // x2, x6, xa or xe), so none is a vendor's, and the NICs on generic Linux drivers.
+  std::vector<std::string> macs;
+  std::function<void(const Json&)> collect = [&](const Json& node) {
+    for (const auto& [key, value] : node.items()) {
+      if (key == "mac") macs.push_back(value.get<std::string>());
+      if (value.is_structured()) collect(value);
+    }
+  };
+  collect(s);
+  EXPECT_EQ(macs.size(), 5u);
+  for (const std::string& mac : macs) {
+    HostCtl::Network::MacAddress address;
+    ASSERT_TRUE(address.SetAddress(mac)) << mac;
+    EXPECT_EQ(address.GetBinaryAddress()[0] & 0x03, 0x02) << mac;
+  }
+  for (const auto& [name, nic] : s["network"]["pnics"].items())
+    EXPECT_TRUE(nic["driver"] == "virtio_net" || nic["driver"] == "veth") << name << ": " << nic["driver"];
 }
 
 Json WithFaults(Json tools) {
@@ -226,7 +247,8 @@ TEST(HostSimFaults, OperationFaultGivesItsMessage) {
   Json s = Konu::Sim::DefaultHostState();
   EXPECT_FALSE(Konu::Sim::OperationFault(s, "NetworkInfo.SetNukIpv6Enabled"));
   s["faults"]["operations"]["NetworkInfo.SetNukIpv6Enabled"] = "Unable to set IPv6 state";
-  EXPECT_EQ(Konu::Sim::OperationFault(s, "NetworkInfo.SetNukIpv6Enabled"), "Unable to set IPv6 state");
+  EXPECT_EQ(Konu::Sim::OperationFault(s, "NetworkInfo.SetNukIpv6Enabled")->message,
+            "Unable to set IPv6 state");
   EXPECT_FALSE(Konu::Sim::OperationFault(s, "NetworkInfo.IsNukIpv6Enabled"));
 }
 

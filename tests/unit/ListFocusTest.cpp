@@ -62,47 +62,6 @@ TEST(ListFocus, DownAndUpSkipHeadingsAndDisabledItemsAndCountTheOrdinal) {
   EXPECT_FALSE(focus.Up(rows.items));
 }
 
-TEST(ListFocus, AListWithNothingUsableKeepsItsFocus) {
-  for (const char* kinds : {"hhhh", "dddd", "hdhd"}) {
-    Rows rows(kinds);
-    ListFocus focus;
-    focus.Reset(rows.items);
-    focus.focusedRow = 2;
-    EXPECT_FALSE(focus.Down(rows.items, 3)) << kinds;
-    EXPECT_FALSE(focus.Up(rows.items)) << kinds;
-    EXPECT_EQ(focus.first, 0) << kinds;
-    EXPECT_EQ(focus.focusedRow, 2) << kinds;
-    EXPECT_EQ(focus.ordinal, 0) << kinds;
-  }
-}
-
-TEST(ListFocus, TenItemsInFourRowsScrollSoTheFocusStaysOnScreen) {
-  Rows rows("ffffffffff");
-  ListFocus focus;
-  focus.Reset(rows.items);
-  EXPECT_EQ(ScrollBarSolidRow(focus.first, 10, 4), 0);
-  for (int i = 0; i < 3; ++i) focus.Down(rows.items, 4);
-  EXPECT_EQ(focus.first, 0);
-  EXPECT_EQ(focus.focusedRow, 3);
-  focus.Down(rows.items, 4);
-  EXPECT_EQ(focus.first, 1);
-  EXPECT_EQ(focus.focusedRow, 3);
-  EXPECT_EQ(ScrollBarSolidRow(focus.first, 10, 4), 0);  // 16 percent of 3 rows
-  for (int i = 0; i < 5; ++i) focus.Down(rows.items, 4);
-  EXPECT_EQ(focus.FocusedIndex(), 9);
-  EXPECT_EQ(focus.first, 6);
-  EXPECT_EQ(ScrollBarSolidRow(focus.first, 10, 4), 3);  // 100 percent: the last row
-  EXPECT_EQ(ScrollBarSolidRow(3, 10, 4), 1);            // 50 percent
-
-  // Up scrolls only once the focus would leave the top.
-  for (int i = 0; i < 3; ++i) focus.Up(rows.items);
-  EXPECT_EQ(focus.first, 6);
-  EXPECT_EQ(focus.focusedRow, 0);
-  focus.Up(rows.items);
-  EXPECT_EQ(focus.first, 5);
-  EXPECT_EQ(focus.focusedRow, 0);
-}
-
 TEST(ListFocus, DownJumpsOverAHiddenRunOfDisabledItems) {
   Rows rows("fddddf");
   ListFocus focus;
@@ -125,11 +84,6 @@ TEST(ListFocus, FocusOrdinalCountsDisabledItemsAndDoesNotScroll) {
   EXPECT_EQ(focus.focusedRow, 5);
   EXPECT_FALSE(focus.FocusOrdinal(rows.items, 4));
   EXPECT_EQ(focus.FocusedIndex(), 5);
-}
-
-TEST(ListFocus, NoScrollBarWhenEverythingFits) {
-  EXPECT_EQ(ScrollBarSolidRow(0, 4, 4), -1);
-  EXPECT_EQ(ScrollBarSolidRow(0, 0, 4), -1);
 }
 
 }  // namespace

@@ -1,12 +1,11 @@
 // qal-cmd calls through a fake tool in a temporary simulated root: the one fallback to the
-// service account, boolean queries, and the virtual machines' power-off before shutdown.
+// service account and boolean queries.
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
 #include "app/Runtime.h"
-#include "ops/PowerOffVms.h"
 #include "ops/QalCmd.h"
 #include "tests/unit/OpsTestSupport.h"
 
@@ -18,7 +17,7 @@ using OpsTest::LogLine;
 using OpsTest::SimulatedRoot;
 using Lines = std::vector<std::string>;
 
-// A root whose qal-cmd and powerOffVms append "[tool][arg]..." to calls.log. qal-cmd knows
+// A root whose qal-cmd appends "[tool][arg]..." to calls.log. qal-cmd knows
 // the users "konu" and "root" and refuses anyone else with 255, as the host's tool does.
 // The tools' PATH is the root's own, so they use builtins and absolute paths only.
 class QalCmdTest : public ::testing::Test {
@@ -40,7 +39,6 @@ class QalCmdTest : public ::testing::Test {
                         "  q/truthy) printf 'trueish';;\n"
                         "  *) printf 'ran %s as %s\\n' \"$3\" \"$2\"; exit 0;;\n"
                         "esac\n");
-    root_.AddScript("/bin/powerOffVms", record);
     Runtime::Get().session.user = "root";
   }
   void TearDown() override { Runtime::Get().session.user.clear(); }
@@ -147,17 +145,6 @@ TEST_F(QalCmdTest, GetBoolNeverFallsBack) {
   // "konu" refused: one run only, and a refusal's text is not an answer.
   EXPECT_FALSE(QalCmdGetBool("always/refuse"));
   EXPECT_EQ(CallLines(), (Lines{"[qal-cmd][-U][konu][always/refuse]"}));
-}
-
-TEST_F(QalCmdTest, PowerOffVmsStopsAutostartThenTerminates) {
-  PowerOffVms(false);
-  EXPECT_EQ(CallLines(),
-            (Lines{"[qal-cmd][-U][root][hostsvc/autostartmanager/autostop]", "[powerOffVms][--terminate]"}));
-}
-
-TEST_F(QalCmdTest, PowerOffVmsKeepingMachinesRunningPassesNoTerminate) {
-  PowerOffVms(true);
-  EXPECT_EQ(CallLines(), (Lines{"[qal-cmd][-U][root][hostsvc/autostartmanager/autostop]", "[powerOffVms]"}));
 }
 
 }  // namespace

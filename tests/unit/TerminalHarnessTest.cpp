@@ -162,80 +162,18 @@ TEST(TerminalText, AnswersTheProgramsQueries) {
 
 // ---- Curses programs in a forked child
 
-int CursesColours() {
-  SCREEN* screen = newterm(nullptr, stdout, stdin);
-  if (screen == nullptr) return 2;
-  start_color();
-  cbreak();
-  noecho();
-  init_pair(1, COLOR_YELLOW, COLOR_BLUE);
-  init_pair(2, 200, 17);
-  init_color(100, 1000, 500, 0);
-  init_pair(3, 100, COLOR_BLACK);
-  mvaddstr(0, 0, "plain");
-  attron(COLOR_PAIR(1));
-  mvaddstr(2, 3, "Hello");
-  attroff(COLOR_PAIR(1));
-  attron(COLOR_PAIR(2) | A_BOLD);
-  mvaddstr(3, 3, "Pink");
-  attroff(COLOR_PAIR(2) | A_BOLD);
-  attron(COLOR_PAIR(3) | A_REVERSE);
-  mvaddstr(4, 3, "Changed");
-  attroff(COLOR_PAIR(3) | A_REVERSE);
-  curs_set(0);
-  mvaddstr(6, 0, "press q");
-  refresh();
-  int ch = getch();
-  endwin();
-  delscreen(screen);
-  return ch == 'q' ? 0 : 1;
-}
-
-TEST(TerminalCurses, TextAndPairColoursOfACursesProgram) {
-  Terminal t(10, 30);
-  t.Fork(CursesColours);
-  ASSERT_TRUE(t.WaitForText("press q", 3000)) << t.Screen();
-  EXPECT_TRUE(t.AltScreen());
-  EXPECT_FALSE(t.CursorVisible());
-  EXPECT_EQ(t.Region(2, 3, 3, 7), "Hello  \nPink   \nChanged");
-
-  // Without use_default_colors() curses paints pair 0 white on black itself.
-  CellColors plain = t.Colors(0, 0);
-  EXPECT_EQ(plain.foreground, COLOR_WHITE);
-  EXPECT_EQ(plain.background, COLOR_BLACK);
-  CellColors hello = t.Colors(2, 7);
-  EXPECT_EQ(hello.foreground, COLOR_YELLOW);
-  EXPECT_EQ(hello.background, COLOR_BLUE);
-  CellColors pink = t.Colors(3, 3);
-  EXPECT_EQ(pink.foreground, 200);
-  EXPECT_EQ(pink.background, 17);
-  EXPECT_TRUE(pink.bold);
-  CellColors changed = t.Colors(4, 9);
-  EXPECT_EQ(changed.foreground, 100);
-  EXPECT_EQ(changed.background, COLOR_BLACK);
-  EXPECT_TRUE(changed.reverse);
-
-  t.Press("q");
-  int status = -1;
-  ASSERT_TRUE(t.WaitForExit(3000, &status));
-  ASSERT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(WEXITSTATUS(status), 0);
-  // endwin put the terminal back: main screen, cursor shown.
-  EXPECT_FALSE(t.AltScreen());
-  EXPECT_TRUE(t.CursorVisible());
-}
-
 int CursesBoxInUtf8() {
   setlocale(LC_ALL, "");
   SCREEN* screen = newterm(nullptr, stdout, stdin);
   if (screen == nullptr) return 2;
+  curs_set(0);
   box(stdscr, 0, 0);
   mvaddstr(1, 1, "Gr\u00fc\u00dfe");
   refresh();
-  getch();
+  const int ch = getch();
   endwin();
   delscreen(screen);
-  return 0;
+  return ch == 'q' ? 0 : 1;
 }
 
 TEST(TerminalCurses, LineDrawingAndUtf8TextReadBackAsUnicode) {
@@ -246,8 +184,15 @@ TEST(TerminalCurses, LineDrawingAndUtf8TextReadBackAsUnicode) {
             "\u250c\u2500\u2500\u2500\u2500\u2500\u2500\u2510\n"
             "\u2502Gr\u00fc\u00dfe \u2502\n"
             "\u2514\u2500\u2500\u2500\u2500\u2500\u2500\u2518");
+  EXPECT_TRUE(t.AltScreen());
+  EXPECT_FALSE(t.CursorVisible());
   t.Press("q");
-  EXPECT_TRUE(t.WaitForExit(3000, nullptr));
+  int status = -1;
+  ASSERT_TRUE(t.WaitForExit(3000, &status));
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+  // endwin put the terminal back: main screen, cursor shown.
+  EXPECT_FALSE(t.AltScreen());
+  EXPECT_TRUE(t.CursorVisible());
 }
 
 // Reads six keys with keypad() on and shows their curses names.

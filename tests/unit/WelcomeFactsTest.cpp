@@ -1,5 +1,5 @@
-// The welcome screen's texts from plain facts: memory units and rounding, the IPv6 line
-// rule, the management text's URL lines and marks, the warnings, hardware and CPU lines.
+// The welcome screen's texts from plain facts, where the screen tests do not reach: memory
+// units and rounding, the IPv6 marks, the management text's URL lines, hardware and CPU lines.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -53,96 +53,42 @@ TEST(WelcomeIpv6Lines, SortsAsTextAndMarksByType) {
                                       "https://[2001:db8::a]/ (AUTOCONF)", "https://[fe80::1]/ "}));
 }
 
-TEST(WelcomeIpv6Lines, FiveAreAllShownSixAreCutToTheFirstFourSorted) {
-  std::vector<Ipv6Network> networks = {V6("2001:db8::6"), V6("2001:db8::4"), V6("2001:db8::5"),
-                                       V6("2001:db8::1"), V6("2001:db8::3")};
-  std::vector<std::string> five = Ipv6UrlLines(networks, Strings());
-  ASSERT_EQ(five.size(), 5u);
-  EXPECT_EQ(five.front(), "https://[2001:db8::1]/ (STATIC)");
-  EXPECT_EQ(five.back(), "https://[2001:db8::6]/ (STATIC)");
-
-  networks.push_back(V6("2001:db8::2"));  // sixth: cut to the first four, not the four lowest
-  std::vector<std::string> six = Ipv6UrlLines(networks, Strings());
-  EXPECT_EQ(six, (std::vector<std::string>{
-                     "https://[2001:db8::1]/ (STATIC)", "https://[2001:db8::4]/ (STATIC)",
-                     "https://[2001:db8::5]/ (STATIC)", "https://[2001:db8::6]/ (STATIC)", "..."}));
-  EXPECT_EQ(Ipv6UrlLines({V6("2001:db8::1")}, Strings()).size(), 1u);
-  EXPECT_TRUE(Ipv6UrlLines({}, Strings()).empty());
-}
-
-ManagementFacts StaticFacts() {
-  ManagementFacts facts;
-  facts.ipv4Address = "10.0.0.5";
-  facts.hostname = "konu-host";
-  return facts;
-}
-
-TEST(WelcomeManagementText, StaticHostWithIpv6) {
-  ManagementFacts facts = StaticFacts();
-  facts.ipv6Enabled = true;
-  facts.ipv6Networks = {V6("2001:db8::5")};
-  EXPECT_EQ(ManagementText(facts, Strings()),
-            "To manage this host, go to:\nhttps://konu-host/ \nhttps://10.0.0.5/ (STATIC)\n"
-            "https://[2001:db8::5]/ (STATIC)\n");
-  facts.ipv6Enabled = false;  // the addresses are not shown at all
-  EXPECT_EQ(ManagementText(facts, Strings()),
-            "To manage this host, go to:\nhttps://konu-host/ \nhttps://10.0.0.5/ (STATIC)");
-}
-
-TEST(WelcomeManagementText, LocalhostOrNoHostNameGivesNoHostNameLine) {
-  for (const char* name : {"localhost", ""}) {
-    ManagementFacts facts = StaticFacts();
-    facts.hostname = name;
-    EXPECT_EQ(ManagementText(facts, Strings()), "To manage this host, go to:\nhttps://10.0.0.5/ (STATIC)")
-        << name;
+// A static host "konu-host" at 10.0.0.5, changed as each case says.
+TEST(WelcomeManagementText, HostNameAddressesAndMarks) {
+  const struct {
+    const char* hostname;
+    bool ipv6Enabled, ipv4Disabled, useDhcp;
+    const char* expected;
+  } cases[] = {
+      {"konu-host", true, false, false,
+       "To manage this host, go to:\nhttps://konu-host/ \nhttps://10.0.0.5/ (STATIC)\nhttps://[2001:db8::5]/ "
+       "(STATIC)\n"},
+      // IPv6 off: the addresses are not shown at all.
+      {"konu-host", false, false, false,
+       "To manage this host, go to:\nhttps://konu-host/ \nhttps://10.0.0.5/ (STATIC)"},
+      {"localhost", false, false, false, "To manage this host, go to:\nhttps://10.0.0.5/ (STATIC)"},
+      {"", false, false, false, "To manage this host, go to:\nhttps://10.0.0.5/ (STATIC)"},
+      // IPv4 off: a DHCP mark goes after the host-name line, or the heading without one.
+      {"konu-host", false, true, false, "To manage this host, go to:\nhttps://konu-host/ "},
+      {"konu-host", false, true, true, "To manage this host, go to:\nhttps://konu-host/ (DHCP)"},
+      {"localhost", false, true, true, "To manage this host, go to:(DHCP)"},
+  };
+  for (const auto& c : cases) {
+    ManagementFacts facts;
+    facts.ipv4Address = "10.0.0.5";
+    facts.hostname = c.hostname;
+    facts.ipv6Enabled = c.ipv6Enabled;
+    facts.ipv6Networks = {V6("2001:db8::5")};
+    facts.ipv4Disabled = c.ipv4Disabled;
+    facts.useDhcp = c.useDhcp;
+    EXPECT_EQ(ManagementText(facts, Strings()), c.expected) << c.expected;
   }
-}
-
-TEST(WelcomeManagementText, DhcpMarks) {
-  ManagementFacts facts = StaticFacts();
-  facts.useDhcp = true;
-  EXPECT_EQ(ManagementText(facts, Strings()),
-            "To manage this host, go to:\nhttps://konu-host/ \nhttps://10.0.0.5/ (DHCP)");
-  facts.ipv4Address = "0.0.0.0";
-  EXPECT_EQ(ManagementText(facts, Strings()),
-            "To manage this host, go to:\nhttps://konu-host/ \nhttps://0.0.0.0/ (Waiting for DHCP...)");
-}
-
-TEST(WelcomeManagementText, IPv4OffMarksOnlyADhcpInterface) {
-  ManagementFacts facts = StaticFacts();
-  facts.ipv4Disabled = true;
-  EXPECT_EQ(ManagementText(facts, Strings()), "To manage this host, go to:\nhttps://konu-host/ ");
-  facts.useDhcp = true;  // a DHCP mark goes after the host-name line, or the heading without one
-  EXPECT_EQ(ManagementText(facts, Strings()), "To manage this host, go to:\nhttps://konu-host/ (DHCP)");
-  facts.hostname = "localhost";
-  EXPECT_EQ(ManagementText(facts, Strings()), "To manage this host, go to:(DHCP)");
-}
-
-TEST(WelcomeManagementText, NoAdapterReplacesEverything) {
-  ManagementFacts facts = StaticFacts();
-  facts.hasPhysicalNic = false;
-  EXPECT_EQ(ManagementText(facts, Strings()), kNoAdapterText);
-}
-
-TEST(WelcomeWarning, DhcpFailureAndAuditMode) {
-  ManagementFacts facts = StaticFacts();
-  EXPECT_EQ(WarningText(facts, false, Strings()), "");
-  facts.useDhcp = true;
-  EXPECT_EQ(WarningText(facts, false, Strings()), "");  // DHCP with a lease: no warning
-  facts.ipv4Address = "0.0.0.0";
-  EXPECT_EQ(WarningText(facts, false, Strings()), Strings().GetString(134));
-  EXPECT_EQ(WarningText(facts, true, Strings()), Strings().GetString(135));
-  EXPECT_EQ(WarningText(StaticFacts(), true, Strings()), Strings().GetString(135));
-  EXPECT_NE(std::string(Strings().GetString(135)).find("audit mode"), std::string::npos);
 }
 
 TEST(WelcomeHardwareLines, VendorProductAndCpu) {
   EXPECT_EQ(HardwareLine("  Tessera Computing Inc. ", " TX740 Server  "),
             "Tessera Computing Inc. TX740 Server");
-  EXPECT_EQ(HardwareLine("Tessera", "Tessera TX740 Server"), "Tessera TX740 Server");
-  EXPECT_EQ(HardwareLine("Tessera ", "  Tessera TX740"), "Tessera TX740");  // compared after trimming
   EXPECT_EQ(CpuLine(2, "  Xeon Gold 6130 "), "2 x Xeon Gold 6130");
-  EXPECT_EQ(CpuLine(1, "Xeon Gold 6130"), "Xeon Gold 6130");
   EXPECT_EQ(CpuLine(0, "Xeon"), "Xeon");
 }
 
