@@ -21,11 +21,6 @@ class ManagementNetworkConsole : public SimHostFixture {
     Ready(term, kMenuTitle);
   }
 
-  static void Ready(Terminal& term, const std::string& text) {
-    ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
-  }
-
   // The heading of the right-hand pane.
   static std::string PaneTitle(const Terminal& term) {
     std::string title = term.Region(1, term.Cols() / 2 + 1, 1, term.Cols() / 2 - 2);

@@ -85,13 +85,17 @@ void SimHostFixture::OpenFromMenu(Terminal& term, const std::string& entryPane, 
   ASSERT_TRUE(term.WaitUntilPolling());
 }
 
+void SimHostFixture::Ready(Terminal& term, const std::string& text) {
+  ASSERT_TRUE(term.WaitForText(text)) << text << "\n" << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+}
+
 void SimHostFixture::PressUntil(Terminal& term, const std::string& key, const std::string& text) {
   if (key.size() > 1)
     term.Press(key);
   else
     term.Type(key);
-  ASSERT_TRUE(term.WaitForText(text)) << text << "\n" << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(Ready(term, text));
 }
 
 bool SimHostFixture::Ran(const std::string& command) const {
