@@ -18,10 +18,7 @@ namespace KonuTest {
 void SimHostFixture::SetUp() { host_ = std::make_unique<SimHost>(KONU_HOSTSIM_BIN); }
 
 std::string SimHostFixture::ReadFile(const std::string& relative) const {
-  std::ifstream in(HostFile(relative));
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
+  return ReadFileText(HostFile(relative));
 }
 
 std::vector<std::string> SimHostFixture::JournalCommands() const {
@@ -40,8 +37,7 @@ std::vector<std::string> SimHostFixture::JournalCommands() const {
 }
 
 void SimHostFixture::WriteFile(const std::string& relative, const std::string& text) const {
-  std::filesystem::create_directories(std::filesystem::path(HostFile(relative)).parent_path());
-  std::ofstream(HostFile(relative), std::ios::trunc) << text;
+  WriteFileText(HostFile(relative), text);
 }
 
 nlohmann::json SimHostFixture::State(const std::string& pointer) const {

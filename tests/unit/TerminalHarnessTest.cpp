@@ -1,6 +1,4 @@
 // The test terminal itself: programs on a pty, read back through the emulator.
-#include "tests/harness/Terminal.h"
-
 #include <curses.h>
 #include <dirent.h>
 #include <fcntl.h>
@@ -17,6 +15,8 @@
 #include <cstdio>
 #include <string>
 #include <system_error>
+
+#include "tests/harness/Terminal.h"
 
 namespace KonuTest {
 namespace {
@@ -108,8 +108,7 @@ TEST(TerminalText, ColoursComeBackAsPaletteIndexes) {
       {0, -1, -1, false, false},  // default colours
       {1, 1, 3, false, false},    // red on yellow
       {2, 9, 12, false, false},   // bright red on bright blue
-      {3, 200, 17, false, false},
-      {4, -1, -1, true, true},
+      {3, 200, 17, false, false}, {4, -1, -1, true, true},
       {5, 196, -1, false, false},  // direct colour that is palette entry 196
       {6, -2, -1, false, false},   // direct colour matching no entry
   };
@@ -240,16 +239,20 @@ struct KeyCase {
 };
 
 const KeyCase kXtermKeys[] = {
-    {"F1", "1b 4f 50 "},        {"F2", "1b 4f 51 "},        {"F3", "1b 4f 52 "},
-    {"F4", "1b 4f 53 "},        {"F5", "1b 5b 31 35 7e "},  {"F6", "1b 5b 31 37 7e "},
-    {"F7", "1b 5b 31 38 7e "},  {"F8", "1b 5b 31 39 7e "},  {"F9", "1b 5b 32 30 7e "},
-    {"F10", "1b 5b 32 31 7e "}, {"F11", "1b 5b 32 33 7e "}, {"F12", "1b 5b 32 34 7e "},
-    {"Up", "1b 5b 41 "},        {"Down", "1b 5b 42 "},      {"Right", "1b 5b 43 "},
-    {"Left", "1b 5b 44 "},      {"Home", "1b 5b 48 "},      {"End", "1b 5b 46 "},
-    {"Insert", "1b 5b 32 7e "}, {"Delete", "1b 5b 33 7e "}, {"PgUp", "1b 5b 35 7e "},
-    {"PgDn", "1b 5b 36 7e "},   {"Backspace", "7f "},       {"Tab", "09 "},
-    {"Enter", "0d "},           {"Esc", "1b "},             {"Space", "20 "},
-    {"ab", "61 62 "},  // not a key name: typed as it stands
+    {"F1", "1b 4f 50 "},        {"F2", "1b 4f 51 "},
+    {"F3", "1b 4f 52 "},        {"F4", "1b 4f 53 "},
+    {"F5", "1b 5b 31 35 7e "},  {"F6", "1b 5b 31 37 7e "},
+    {"F7", "1b 5b 31 38 7e "},  {"F8", "1b 5b 31 39 7e "},
+    {"F9", "1b 5b 32 30 7e "},  {"F10", "1b 5b 32 31 7e "},
+    {"F11", "1b 5b 32 33 7e "}, {"F12", "1b 5b 32 34 7e "},
+    {"Up", "1b 5b 41 "},        {"Down", "1b 5b 42 "},
+    {"Right", "1b 5b 43 "},     {"Left", "1b 5b 44 "},
+    {"Home", "1b 5b 48 "},      {"End", "1b 5b 46 "},
+    {"Insert", "1b 5b 32 7e "}, {"Delete", "1b 5b 33 7e "},
+    {"PgUp", "1b 5b 35 7e "},   {"PgDn", "1b 5b 36 7e "},
+    {"Backspace", "7f "},       {"Tab", "09 "},
+    {"Enter", "0d "},           {"Esc", "1b "},
+    {"Space", "20 "},           {"ab", "61 62 "},  // not a key name: typed as it stands
 };
 
 TEST(TerminalKeys, NamedKeysArriveAsXtermBytes) {
@@ -259,8 +262,7 @@ TEST(TerminalKeys, NamedKeysArriveAsXtermBytes) {
   for (const auto& key : kXtermKeys) {
     t.Press(key.name);
     t.Type(".");
-    EXPECT_TRUE(t.WaitForText(std::string("[") + key.hex + "]", 2000))
-        << key.name << "\n" << t.Screen();
+    EXPECT_TRUE(t.WaitForText(std::string("[") + key.hex + "]", 2000)) << key.name << "\n" << t.Screen();
   }
   t.Type("q.");
   int status = -1;
@@ -272,13 +274,12 @@ TEST(TerminalKeys, CursorKeysFollowTheApplicationCursorMode) {
   Terminal t(6, 40);
   t.Fork([] { return EchoKeysAsHex("\033[?1h"); });  // as curses' keypad() asks
   ASSERT_TRUE(t.WaitForText("ready", 2000)) << t.Screen();
-  for (const KeyCase& key : {KeyCase{"Up", "1b 4f 41 "}, KeyCase{"Left", "1b 4f 44 "},
-                             KeyCase{"Home", "1b 4f 48 "}, KeyCase{"End", "1b 4f 46 "},
-                             KeyCase{"PgDn", "1b 5b 36 7e "}}) {
+  for (const KeyCase& key :
+       {KeyCase{"Up", "1b 4f 41 "}, KeyCase{"Left", "1b 4f 44 "}, KeyCase{"Home", "1b 4f 48 "},
+        KeyCase{"End", "1b 4f 46 "}, KeyCase{"PgDn", "1b 5b 36 7e "}}) {
     t.Press(key.name);
     t.Type(".");
-    EXPECT_TRUE(t.WaitForText(std::string("[") + key.hex + "]", 2000))
-        << key.name << "\n" << t.Screen();
+    EXPECT_TRUE(t.WaitForText(std::string("[") + key.hex + "]", 2000)) << key.name << "\n" << t.Screen();
   }
   EXPECT_EQ(Terminal::KeyBytes("Up", true), "\x1bOA");
   EXPECT_EQ(Terminal::KeyBytes("Up"), "\x1b[A");
@@ -428,8 +429,8 @@ TEST(TerminalChild, OnlyStandardFdsReachASpawnedProgram) {
   int stray = open("/dev/null", O_RDONLY);  // no close-on-exec
   ASSERT_GE(stray, 3);
   Terminal t(3, 40);
-  std::string check = "if [ -e /proc/$$/fd/" + std::to_string(stray) +
-                      " ]; then printf leaked; else printf clean; fi";
+  std::string check =
+      "if [ -e /proc/$$/fd/" + std::to_string(stray) + " ]; then printf leaked; else printf clean; fi";
   t.Spawn({"/bin/sh", "-c", check});
   EXPECT_TRUE(t.WaitForText("clean", 2000)) << t.Screen();
   close(stray);
