@@ -194,43 +194,6 @@ TEST(TerminalCurses, LineDrawingAndUtf8TextReadBackAsUnicode) {
   EXPECT_TRUE(t.CursorVisible());
 }
 
-// Reads six keys with keypad() on and shows their curses names.
-int CursesKeyNames() {
-  SCREEN* screen = newterm(nullptr, stdout, stdin);
-  if (screen == nullptr) return 2;
-  cbreak();
-  noecho();
-  keypad(stdscr, TRUE);
-  mvaddstr(0, 0, "ready");
-  refresh();
-  std::string names;
-  for (int i = 0; i < 6; ++i) {
-    int ch = getch();
-    names += ch == 27 ? "ESC" : ch == '\n' ? "NL" : keyname(ch);
-    names += ' ';
-  }
-  mvaddstr(1, 0, names.c_str());
-  mvaddstr(2, 0, "done");
-  refresh();
-  getch();
-  endwin();
-  delscreen(screen);
-  return 0;
-}
-
-TEST(TerminalCurses, NamedKeysReachCursesAsKeys) {
-  Terminal t(4, 70);
-  t.Fork(CursesKeyNames, {"ESCDELAY=25"});
-  ASSERT_TRUE(t.WaitForText("ready", 3000)) << t.Screen();
-  // Esc straight before another key: curses still tells them apart.
-  for (const char* key : {"Down", "Esc", "Up", "Enter", "F1", "Home"}) t.Press(key);
-  ASSERT_TRUE(t.WaitForText("done", 3000)) << t.Screen();
-  EXPECT_EQ(t.Row(1).substr(0, 43), "KEY_DOWN ESC KEY_UP NL KEY_F(1) KEY_HOME   ");
-  t.Press("x");
-  int status = -1;
-  EXPECT_TRUE(t.WaitForExit(3000, &status));
-}
-
 // ---- Keys as bytes
 
 struct KeyCase {
@@ -311,20 +274,6 @@ TEST(TerminalChild, SignalEndsTheChild) {
   ASSERT_TRUE(t.WaitForExit(2000, &status));
   ASSERT_TRUE(WIFSIGNALED(status));
   EXPECT_EQ(WTERMSIG(status), SIGTERM);
-}
-
-TEST(TerminalChild, MisuseIsReportedNotIgnored) {
-  Terminal t(3, 20);
-  EXPECT_THROW(t.Press("Enter"), std::logic_error);  // no program yet
-  EXPECT_THROW(t.WaitForExit(10, nullptr), std::logic_error);
-  EXPECT_THROW(t.Spawn({"/nonexistent/program"}), std::system_error);
-  EXPECT_THROW(Terminal(0, 80), std::invalid_argument);
-
-  Terminal twice(3, 20);
-  twice.Spawn({"/bin/sh", "-c", "exit 0"});
-  EXPECT_THROW(twice.Spawn({"/bin/sh", "-c", "exit 0"}), std::logic_error);
-  ASSERT_TRUE(twice.WaitForExit(2000, nullptr));
-  EXPECT_NO_THROW(twice.Press("Enter"));  // keys to a program that has gone go nowhere
 }
 
 TEST(TerminalChild, PtyIsTheControllingTerminal) {
