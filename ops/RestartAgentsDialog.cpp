@@ -4,10 +4,12 @@
 #include <pthread.h>
 #include <syslog.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 
 #include "app/Runtime.h"
+#include "host/ChildRegistry.h"
 #include "host/Host.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
@@ -31,22 +33,25 @@ constexpr int kCollecting = 243;  // "Collecting host agent live core informatio
 constexpr int kDone = 115;        // "Done."
 
 // The thread gets the host backend, nothing of the console: it logs and asks the host only.
+// Once the console ends (its children killed, nukbacktrace too), the thread touches nothing
+// more: exit() may already be tearing down the log and the host it would use.
 void* CollectLiveCore(void* argument) {
   const HostCtl::Host& host = *static_cast<const HostCtl::Host*>(argument);
   try {
     Log(LOG_INFO, "Executing nukbacktrace -c against mgmtd");
     const int status = host.CreateShellExec()->NukCtl_Exec(
         "/sbin/nukbacktrace -w -n mgmtd -o mgmtd-restart% -d /var/log/", false, true, false);
+    if (ChildrenEnding()) return nullptr;
     if (status == 0) {
       host.CreateSystemInfo()->SetSystemAlert("Mgmtd core dump completed");
     } else {
       Log(LOG_ERR, "nukbacktrace failed, probably mgmtd was down");
     }
   } catch (const HostCtl::Lib::HostCtlException& e) {
-    Log(LOG_ERR, "%s", e.what());
+    if (!ChildrenEnding()) Log(LOG_ERR, "%s", e.what());
   } catch (const std::exception& e) {
     // Nothing may leave the thread: an escaping exception would end the whole console.
-    Log(LOG_ERR, "Live core collection failed: %s", e.what());
+    if (!ChildrenEnding()) Log(LOG_ERR, "Live core collection failed: %s", e.what());
   }
   return nullptr;
 }
@@ -117,6 +122,8 @@ int RestartAgentsDialog::EventLoop() {
     } catch (const HostCtl::Lib::HostCtlException& e) {
       Log(LOG_ERR, "%s", e.what());
     }
+    // Killed because the console ends: the user-interface thread ends it now.
+    if (ChildrenEnding()) std::exit(0);
     ShowProgress(std::string(" ") + GetString(kDone) + "\n");
   }
 

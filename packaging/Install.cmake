@@ -52,10 +52,15 @@ set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_SET_DESTDIR ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION admin)
-# The shared libraries' packages (libc6, libncursesw6, libpam0g, ...) are found by
-# dpkg-shlibdeps; the rest is named here.
+# The linked shared libraries' packages (libc6, libcrypt1, ...) are found by dpkg-shlibdeps;
+# the rest is named here: the libraries konu loads at their first use (libpam0g, libaudit1;
+# curses is linked in), and the C library that takes packed relocations, a version reference
+# without a symbol that dpkg-shlibdeps does not see.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libpam-runtime, systemd")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libpam0g, libaudit1, libpam-runtime, systemd")
+if(KONU_LINKER_PACKS_RELOCATIONS)
+  string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", libc6 (>= 2.36)")
+endif()
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libvirt-clients, gdb, kbd, less, iputils-ping, openssh-server")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "libvirt-daemon-system, pcscd")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${pkg}/postinst;${staged}/conffiles")

@@ -8,6 +8,7 @@
 
 #include "host/HostRoot.h"
 #include "host/Log.h"
+#include "screens/PamLibrary.h"
 
 namespace Konu {
 namespace {
@@ -82,48 +83,52 @@ int ChangeConversation(int count, const pam_message** messages, pam_response** r
 }
 
 PamTransaction::PamTransaction(const std::string& user, const pam_conv& conversation)
-    : conversation_(conversation) {
+    : conversation_(conversation), pam_(LoadPam()) {
+  if (!pam_) {
+    status_ = PAM_SYSTEM_ERR;  // LoadPam has logged why
+    return;
+  }
   int status;
   if (IsSimulatedHost()) {
-    status = pam_start_confdir(kPamService, user.c_str(), &conversation_, HostPath("/etc/pam.d").c_str(),
-                               &handle_);
+    status = pam_->startConfdir(kPamService, user.c_str(), &conversation_, HostPath("/etc/pam.d").c_str(),
+                                &handle_);
   } else {
-    status = pam_start(kPamService, user.c_str(), &conversation_, &handle_);
+    status = pam_->start(kPamService, user.c_str(), &conversation_, &handle_);
   }
   Store("pam_start", status);
   if (status != PAM_SUCCESS && handle_ != nullptr) {
-    pam_end(handle_, status);
+    pam_->end(handle_, status);
     handle_ = nullptr;
   }
 }
 
 PamTransaction::~PamTransaction() {
-  if (handle_ != nullptr) pam_end(handle_, status_);
+  if (handle_ != nullptr) pam_->end(handle_, status_);
 }
 
 int PamTransaction::Store(const char* call, int status) {
   if (status != PAM_SUCCESS && !IsCredentialRefusal(status)) {
     // No user name here: the name field may hold a mistyped password.
     Log(LOG_AUTH | LOG_ERR, "PAM service %s: %s failed: %s", kPamService, call,
-        pam_strerror(handle_, status));
+        pam_->strerror(handle_, status));
   }
   return status_ = status;
 }
 
 int PamTransaction::Authenticate(int flags) {
-  return Store("pam_authenticate", handle_ ? pam_authenticate(handle_, flags) : PAM_SYSTEM_ERR);
+  return Store("pam_authenticate", handle_ ? pam_->authenticate(handle_, flags) : PAM_SYSTEM_ERR);
 }
 
 int PamTransaction::AccountCheck(int flags) {
-  return Store("pam_acct_mgmt", handle_ ? pam_acct_mgmt(handle_, flags) : PAM_SYSTEM_ERR);
+  return Store("pam_acct_mgmt", handle_ ? pam_->acctMgmt(handle_, flags) : PAM_SYSTEM_ERR);
 }
 
 int PamTransaction::ChangeAuthToken(int flags) {
-  return Store("pam_chauthtok", handle_ ? pam_chauthtok(handle_, flags) : PAM_SYSTEM_ERR);
+  return Store("pam_chauthtok", handle_ ? pam_->chauthtok(handle_, flags) : PAM_SYSTEM_ERR);
 }
 
 int PamTransaction::SetCredentials(int flags) {
-  return Store("pam_setcred", handle_ ? pam_setcred(handle_, flags) : PAM_SYSTEM_ERR);
+  return Store("pam_setcred", handle_ ? pam_->setcred(handle_, flags) : PAM_SYSTEM_ERR);
 }
 
 int Authenticate(const std::string& user, const std::string& secret) {

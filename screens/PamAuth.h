@@ -34,6 +34,8 @@ int LoginConversation(int count, const pam_message** messages, pam_response** re
 // nothing after that; each answered hidden prompt raises the count.
 int ChangeConversation(int count, const pam_message** messages, pam_response** responses, void* appdata);
 
+struct PamLibrary;
+
 // One PAM transaction; pam_end with the last status when it goes. On a simulated host the
 // service file is read from the host root's /etc/pam.d.
 class PamTransaction {
@@ -57,6 +59,7 @@ class PamTransaction {
   int Store(const char* call, int status);
 
   pam_conv conversation_;
+  const PamLibrary* pam_;  // null when libpam cannot be loaded: nothing starts
   pam_handle_t* handle_ = nullptr;
   int status_ = PAM_SUCCESS;
 };

@@ -2,8 +2,6 @@
 #include "screens/WelcomeFacts.h"
 
 #include <algorithm>
-#include <cmath>
-#include <sstream>
 
 #include "ui/Markup.h"
 #include "ui/strings/StringFactory.h"
@@ -118,10 +116,12 @@ std::string MemorySize(uint64_t bytes) {
     unit *= 1024;
     ++step;
   }
-  const double value = std::round(static_cast<double>(bytes) / static_cast<double>(unit) * 10.0) / 10.0;
-  std::ostringstream out;
-  out << value << " " << kLetters[step] << "iB";
-  return out.str();
+  // Tenths of the unit, rounded half up, in integers: no stream (the welcome screen would
+  // set up the C++ locale for this one number) and no maths library.
+  const uint64_t tenths = bytes / unit * 10 + ((bytes % unit) * 10 + unit / 2) / unit;
+  std::string size = std::to_string(tenths / 10);
+  if (tenths % 10 != 0) size += "." + std::to_string(tenths % 10);
+  return size + " " + kLetters[step] + "iB";
 }
 
 std::string MemoryLine(uint64_t bytes) { return MemorySize(bytes) + " Memory"; }

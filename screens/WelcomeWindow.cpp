@@ -12,7 +12,6 @@
 #include "host/Log.h"
 #include "screens/WelcomeFacts.h"
 #include "screens/WelcomeHostFacts.h"
-#include "ui/CursesStyle.h"
 #include "ui/Markup.h"
 #include "ui/strings/StringFactory.h"
 
@@ -78,10 +77,7 @@ void WelcomeWindow::Redraw() {
 
 void WelcomeWindow::DrawCustom(const std::string& message) {
   DestroyStandardLayout();
-  if (Curses()) {
-    werase(Curses());
-    DrawFrame(Curses());
-  }
+  ClearFramed();
   Update();
   if (!customMessage_) customMessage_ = std::make_unique<TextArea>(this, 2, 2, COLS - 4, LINES - 4, 7);
   customMessage_->SetText(message);
@@ -89,7 +85,7 @@ void WelcomeWindow::DrawCustom(const std::string& message) {
 
 void WelcomeWindow::DrawStandard() {
   customMessage_.reset();
-  if (Curses()) werase(Curses());
+  Clear();
   if (!upper_) BuildStandardLayout();
   DrawBorder();
   footer_->SetText(std::string("<F2> {color:dark-grey}") + GetString(kCustomizeKeyId) + "{/color}" +
@@ -136,14 +132,8 @@ void WelcomeWindow::DestroyStandardLayout() {
 // colours of its half: the upper half carries the top and its corners, the lower half the
 // bottom and its corners.
 void WelcomeWindow::DrawBorder() {
-  if (WINDOW* upper = upper_->Curses()) {
-    werase(upper);
-    DrawFrame(upper, OpenSide::kBottom);
-  }
-  if (WINDOW* lower = lower_->Curses()) {
-    werase(lower);
-    DrawFrame(lower, OpenSide::kTop);
-  }
+  upper_->ClearFramed(OpenSide::kBottom);
+  lower_->ClearFramed(OpenSide::kTop);
 }
 
 void WelcomeWindow::FillFacts() {
@@ -181,7 +171,7 @@ int WelcomeWindow::EventLoop() {
       Redraw();
     } else {
       // Any other key repaints the whole screen with the facts read again.
-      clearok(curscr, TRUE);
+      RepaintAll();
       Redraw();
     }
   }

@@ -133,7 +133,7 @@ int Frame::GetKey(bool idleTimeout, int wakeFd) {
 
     if (result >= 0 && result != KEY_RESIZE) {
       if (dimmed) {
-        clearok(curscr, TRUE);
+        RepaintAll();
         SetActive(true);
         Update();
       }

@@ -123,6 +123,18 @@ void Window::Update() {
   wnoutrefresh(window_.get());
 }
 
+void Window::Clear() {
+  if (window_.get()) werase(window_.get());
+}
+
+void Window::ClearFramed(OpenSide open) {
+  if (!window_.get()) return;
+  werase(window_.get());
+  DrawFrame(window_.get(), open);
+}
+
+void Window::RepaintAll() { clearok(curscr, TRUE); }
+
 void Window::Paint() {
   const CursorState& cursor = ScreenCursor();
   // Hidden before the update and shown after it, so the cursor never wanders visibly.

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "ui/CursesStyle.h"
 #include "ui/CursesWindow.h"
 
 namespace Konu {
@@ -39,6 +40,13 @@ class Window {
   void Redraw(int first, int count);
   // Touches every row and stages the window for the next Paint (nothing is sent yet).
   void Update();
+  // Blanks the window in its colours; ClearFramed then draws the lines round it, the `open`
+  // side left blank.
+  void Clear();
+  void ClearFramed(OpenSide open = OpenSide::kNone);
+  // The next Paint sends every cell again, whatever the terminal is thought to show (what
+  // the kernel wrote over the screen goes).
+  static void RepaintAll();
   // Sends what every Update staged since the last Paint to the terminal in one update,
   // with the cursor where the focused field put it. The key reader paints before it waits;
   // a screen that shows progress before a long step paints itself.

@@ -8,9 +8,39 @@
 #include <cstdlib>
 
 #include "host/Log.h"
+#include "host/SharedLibrary.h"
 
 namespace HostCtl::Linux {
 namespace {
+
+// libaudit, loaded at the first record rather than at start-up. Without it every record
+// goes to the journal.
+struct AuditLibrary {
+  Konu::SharedLibrary library{"libaudit.so.1"};
+  decltype(&audit_open) open = library.Get<decltype(&audit_open)>("audit_open");
+  decltype(&audit_log_user_message) logUserMessage =
+      library.Get<decltype(&audit_log_user_message)>("audit_log_user_message");
+  decltype(&audit_close) close = library.Get<decltype(&audit_close)>("audit_close");
+  decltype(&audit_encode_nv_string) encode =
+      library.Get<decltype(&audit_encode_nv_string)>("audit_encode_nv_string");
+};
+
+const AuditLibrary& Audit() {
+  static const AuditLibrary audit;
+  return audit;
+}
+
+int Open() { return Audit().open ? Audit().open() : -1; }
+
+int LogUserMessage(int fd, int type, const char* message, const char* hostname, const char* address,
+                   const char* tty, int result) {
+  return Audit().logUserMessage ? Audit().logUserMessage(fd, type, message, hostname, address, tty, result)
+                                : -1;
+}
+
+void Close(int fd) {
+  if (Audit().close) Audit().close(fd);
+}
 
 int RecordType(const std::string& record) {
   if (record == "login.connect") return AUDIT_USER_LOGIN;
@@ -21,7 +51,7 @@ int RecordType(const std::string& record) {
 // name="value", or name=HEX where the value holds blanks, quotes or control characters
 // (a typed user name is untrusted).
 std::string Field(const std::string& name, const std::string& value) {
-  char* encoded = audit_encode_nv_string(name.c_str(), value.c_str(), 0);
+  char* encoded = Audit().encode ? Audit().encode(name.c_str(), value.c_str(), 0) : nullptr;
   if (!encoded) return name + "=?";
   std::string field = encoded;
   free(encoded);
@@ -31,7 +61,7 @@ std::string Field(const std::string& name, const std::string& value) {
 }  // namespace
 
 const AuditApi& KernelAudit() {
-  static const AuditApi api{audit_open, audit_log_user_message, audit_close};
+  static const AuditApi api{Open, LogUserMessage, Close};
   return api;
 }
 

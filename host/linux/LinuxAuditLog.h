@@ -19,7 +19,7 @@ struct AuditApi {
   void (*close)(int fd);
 };
 
-// libaudit's own calls.
+// libaudit's own calls (the library is loaded at the first of them).
 const AuditApi& KernelAudit();
 
 class LinuxAuditLog : public AuditLog {

@@ -2,11 +2,11 @@
 // libpcsclite loaded for each look (a reader plugged in later is seen).
 #include "host/linux/LinuxSmartCardInfo.h"
 
-#include <dlfcn.h>
-
 #include <algorithm>
 #include <memory>
 #include <optional>
+
+#include "host/SharedLibrary.h"
 
 namespace HostCtl::Linux {
 namespace {
@@ -34,17 +34,6 @@ using ReleaseContext = long (*)(Context);
 using ListReaders = long (*)(Context, const char*, char*, Dword*);
 using GetStatusChange = long (*)(Context, Dword, ReaderState*, Dword);
 
-struct Library {
-  void* handle;
-  ~Library() {
-    if (handle) dlclose(handle);
-  }
-  template <typename F>
-  F Get(const char* name) const {
-    return reinterpret_cast<F>(dlsym(handle, name));
-  }
-};
-
 struct ContextGuard {
   ReleaseContext release;
   Context context;
@@ -54,8 +43,8 @@ struct ContextGuard {
 }  // namespace
 
 std::vector<SmartCardSlot> LinuxSmartCardInfo::GetSlots() const {
-  Library library{dlopen(library_.c_str(), RTLD_NOW | RTLD_LOCAL)};
-  if (!library.handle) return {};
+  const Konu::SharedLibrary library(library_);
+  if (!library.Loaded()) return {};
   auto establish = library.Get<EstablishContext>("SCardEstablishContext");
   auto release = library.Get<ReleaseContext>("SCardReleaseContext");
   auto list = library.Get<ListReaders>("SCardListReaders");
