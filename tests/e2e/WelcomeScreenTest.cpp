@@ -39,15 +39,12 @@ class WelcomeScreen : public SimHostFixture {
   // Starts the console and waits until its welcome screen waits for a key.
   void Start(Terminal& term, const std::string& firstText) {
     StartKonu(term);
-    ASSERT_TRUE(term.WaitForText(firstText)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, firstText));
   }
   // Presses a key that only refreshes the screen and waits for `text` to appear.
   void RefreshUntil(Terminal& term, const std::string& text) {
     ASSERT_TRUE(term.WaitUntilPolling());
-    term.Press("x");
-    ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "x", text));
   }
   void SetIpv6Addresses(const std::vector<std::string>& addresses) {
     nlohmann::json list = nlohmann::json::array();

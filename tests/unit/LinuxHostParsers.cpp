@@ -10,6 +10,7 @@
 #include "host/HostCtlException.h"
 #include "host/linux/LinuxHost.h"
 #include "host/linux/ProcParsers.h"
+#include "tests/harness/Files.h"
 
 namespace fs = std::filesystem;
 using namespace HostCtl;
@@ -80,9 +81,6 @@ const char* kCpuInfo =
 class LinuxFixture : public ::testing::Test {
  protected:
   void SetUp() override {
-    char pattern[] = "/tmp/konu-linuxhost-XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
-    root_ = pattern;
     Write("/proc/net/route", kRoute);
     Write("/proc/net/fib_trie", kFibTrie);
     Write("/proc/net/if_inet6", kIfInet6);
@@ -117,11 +115,8 @@ class LinuxFixture : public ::testing::Test {
     Write("/etc/default/keyboard", "XKBMODEL=\"pc105\"\nXKBLAYOUT=\"de\"\n");
     host_ = std::make_unique<Linux::LinuxHost>(root_);
   }
-  void TearDown() override { fs::remove_all(root_); }
-
   void Write(const std::string& path, const std::string& text) {
-    fs::create_directories(fs::path(root_ + path).parent_path());
-    std::ofstream(root_ + path) << text;
+    KonuTest::WriteFileText(root_ + path, text);
   }
   void Nic(const std::string& name, const std::string& mac, const std::string& carrier,
            const std::string& speed, const std::string& pci, const std::string& driver,
@@ -140,7 +135,8 @@ class LinuxFixture : public ::testing::Test {
                        root_ + "/sys/devices/pci0000:00/" + pci + "/driver");
   }
 
-  std::string root_;
+  KonuTest::TempDir dir_;
+  std::string root_ = dir_.Path();
   std::unique_ptr<Linux::LinuxHost> host_;
 };
 
