@@ -20,8 +20,7 @@ class Keyboard : public SimHostFixture {
   void OpenDialog(Terminal& term) {
     DialogChildSetup setup{Root(), true, "root"};
     KonuTest::ForkDialog<Konu::KeyboardDialog>(term, setup);
-    ASSERT_TRUE(term.WaitForText("Configure Keyboard")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, "Configure Keyboard"));
   }
 
   std::string Current() const { return State("/keyboard/current").get<std::string>(); }
@@ -115,14 +114,9 @@ TEST_F(Keyboard, SpaceMarksOneLayoutEnterAppliesTheMarkOrTheCurrentOneAndEscNoth
 TEST_F(Keyboard, ConsoleLoginKeyboardLineAppliesTheMarkedLayoutToTheHost) {
   Terminal term(24, 80);
   term.Spawn({KONU_BIN, "--host-root", Root()}, {"TERM=xterm", "ESCDELAY=25", "LANG=C.UTF-8"});
-  ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  term.Press("F2");
-  ASSERT_TRUE(term.WaitForText("Configured Keyboard (US Default)")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText("Configure Keyboard")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(Ready(term, ProductLine()));
+  ASSERT_NO_FATAL_FAILURE(PressUntil(term, "F2", "Configured Keyboard (US Default)"));
+  ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "Configure Keyboard"));
   for (int i = 0; i < 7; ++i) term.Press("Down");
   term.Press("Space");
   ASSERT_TRUE(term.WaitForText("(o) French")) << term.Screen();

@@ -50,8 +50,7 @@ class ConsoleLogin : public SimHostFixture {
     } else {
       term.Spawn({KONU_BIN, "--host-root", Root()}, env);
     }
-    ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, ProductLine()));
   }
   std::string Audit() const { return ReadFile("var/log/audit.log"); }
   std::string Events() const { return ReadFile("var/log/zebd.log"); }
@@ -62,9 +61,7 @@ class ConsoleLogin : public SimHostFixture {
     return at == std::string::npos ? "" : syslog.substr(syslog.rfind('\n', at) + 1, 4);
   }
   void OpenLogin(Terminal& term) {
-    term.Press("F2");
-    ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "F2", "Authentication Required"));
   }
   // From the name field: Enter to the secret, the secret, Enter.
   void Submit(Terminal& term, const std::string& name, const std::string& secret) {
@@ -159,9 +156,7 @@ TEST_F(ConsoleLogin, EachChangeIsPaintedOnceAndAKeySendsOnlyTheChangedCell) {
   ASSERT_TRUE(term.WaitFor([&] { return Contains(term.Row(passwordRow), "[ **** "); })) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());
   term.ResetCellWrites();
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", kMenuTitle));
   expectEachCellWrittenOnce("login");
 }
 
@@ -240,8 +235,7 @@ TEST_F(ConsoleLogin, ExpiredUserSetsANewPasswordAndThenLogsInWithIt) {
   EXPECT_TRUE(Contains(Audit(), "user=\"erin\" origin=\"\" success=0 reason=\"Password expired\""));
   EXPECT_TRUE(Contains(Events(), "@&!*@*@(zeb.user.konu.login.failed)Access denied for user erin"));
   ASSERT_TRUE(term.WaitForText("Configure Password")) << term.Screen();
-  ASSERT_TRUE(term.WaitForText("Old Password:")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(Ready(term, "Old Password:"));
   term.Type("old-pass");
   term.Press("Enter");
   term.Type("new-pass");
@@ -281,16 +275,12 @@ TEST_F(ConsoleLogin, CardInsertedOnTheWelcomeScreenSwitchesTheFormToPinAndF3Flip
   ASSERT_TRUE(term.WaitForText("Login Name:")) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());  // the footer comes after the form
   EXPECT_FALSE(Contains(term.Screen(), "<F3>")) << term.Screen();
-  term.Press("F3");
-  ASSERT_TRUE(term.WaitForText("Login Id:")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(PressUntil(term, "F3", "Login Id:"));
   // A wrong PIN is an invalid login like a wrong password.
   Submit(term, "", "0000");
   Acknowledge(term, "Invalid login or password.");
   term.Type("konu");
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", kMenuTitle));
 
   Card({"remove"});
   int status = -1;

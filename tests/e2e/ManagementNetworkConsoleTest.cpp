@@ -1,6 +1,6 @@
-// The management network screens reached the way an operator reaches them: konu on a fresh
+// The management network screen reached the way an operator reaches it: konu on a fresh
 // simulated host, F2 and root's password, the System Customization menu; the typical change
-// seen on the welcome screen after logging out, and the restart of the management network.
+// seen on the welcome screen after logging out.
 #include <gtest/gtest.h>
 
 #include "tests/harness/SimHostFixture.h"
@@ -15,15 +15,9 @@ constexpr const char* kMenuTitle = "System Customization";
 class ManagementNetworkConsole : public SimHostFixture {
  protected:
   void OpenMenu(Terminal& term) {
-    StartKonu(term);
-    Ready(term, ProductLine());
+    ASSERT_NO_FATAL_FAILURE(StartOnWelcome(term));
     ASSERT_NO_FATAL_FAILURE(LogIn(term, "F2"));
-    Ready(term, kMenuTitle);
-  }
-
-  static void Ready(Terminal& term, const std::string& text) {
-    ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, kMenuTitle));
   }
 
   // The heading of the right-hand pane.
@@ -76,24 +70,6 @@ TEST_F(ManagementNetworkConsole, TypicalChangeShowsOnTheWelcomeScreenAfterLogout
   EXPECT_TRUE(term.WaitForText("https://10.0.0.9/")) << term.Screen();
   EXPECT_TRUE(Contains(Syslog(), "Setting ipv4 configuration to 10.0.0.9 255.255.0.0 on nuk0")) << Syslog();
   EXPECT_EQ("10.0.0.254", State("/network/routing/defaultTcpipStack/ipv4Gateway"));
-}
-
-TEST_F(ManagementNetworkConsole, RestartFromTheMenuOnlyWithF11) {
-  Terminal term(25, 80);
-  OpenMenu(term);
-  Choose(term, "Restart Management Network");
-  Ready(term, "Restart management network now?");
-  term.Press("Enter");  // does nothing here
-  ASSERT_TRUE(term.WaitUntilPolling());
-  term.Press("F11");
-  Ready(term, "<Enter> OK");
-  EXPECT_TRUE(Contains(term.Screen(), "Stopping management network. Done.")) << term.Screen();
-  EXPECT_TRUE(Contains(term.Screen(), "IP address is  10.0.0.5")) << term.Screen();
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForNoText("Please wait while the management network restarts.")) << term.Screen();
-  Ready(term, kMenuTitle);
-  EXPECT_TRUE(
-      Contains(ReadFile("var/log/zebd.log"), "@&!*@*@(zeb.user.konu.network.restart)Restarting nuk0"));
 }
 
 }  // namespace

@@ -35,18 +35,14 @@ class Menu : public SimHostFixture {
   void Open(Terminal& term, bool local = true, const char* secret = "konu") {
     const std::string type = local ? "TERM=xterm" : "TERM=xterm-256color";
     term.Spawn({KONU_BIN, "--host-root", Root()}, {type, "ESCDELAY=25", "LANG=C.UTF-8"});
-    ASSERT_TRUE(term.WaitForText(ProductLine())) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
-    term.Press("F2");
-    ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, ProductLine()));
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "F2", "Authentication Required"));
     if (local) term.Press("Tab");  // past the keyboard line to the name
     term.Press("Enter");
     term.Type(secret);
     term.Press("Enter");
     ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
-    ASSERT_TRUE(term.WaitForText(kLogOut)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, kLogOut));
   }
   // The information pane (title, body and footer) of the right half, collapsed. The body's
   // last row is the footer's.
@@ -219,13 +215,10 @@ TEST_F(Menu, EnterOpensTheEntriesScreensAndARestartWithoutInterfaceShowsTheError
                                Opened{"Troubleshooting Options", "Modify KONU idle timeout"},
                                Opened{"Reset System Configuration", "Reset System Configuration: Confirm"}}) {
     while (PaneTitle(term) != opened.entry) ASSERT_NO_FATAL_FAILURE(Move(term, "Down", NextEntry(term)));
-    term.Press("Enter");
-    ASSERT_TRUE(term.WaitForText(opened.shows)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", opened.shows));
     term.Press("Esc");
     ASSERT_TRUE(term.WaitForNoText(opened.shows)) << term.Screen();
-    ASSERT_TRUE(term.WaitForText(kLogOut)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, kLogOut));
   }
   for (const char* back :
        {"View Support Information", "View System Logs", "Troubleshooting Options", "Configure Keyboard",
@@ -261,9 +254,7 @@ class Lockdown : public Menu {
  protected:
   // From the lockdown entry: the dialog, Space when `toggle`, Enter, back in the menu.
   void Confirm(Terminal& term, bool toggle) {
-    term.Press("Enter");
-    ASSERT_TRUE(term.WaitForText("Enable lockdown mode")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "Enable lockdown mode"));
     if (toggle) {
       term.Press("Space");
       ASSERT_TRUE(term.WaitForText("[X] Enable lockdown mode") ||

@@ -95,8 +95,7 @@ class NetworkDialogs : public SimHostFixture {
         },
         KonuTest::UiEnv());
     ASSERT_TRUE(term.WaitForText(title)) << term.Screen();
-    ASSERT_TRUE(term.WaitForText("<Esc> Cancel")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, "<Esc> Cancel"));
   }
 
   // Enter accepted: the values handed back.

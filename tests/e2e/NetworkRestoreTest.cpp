@@ -17,9 +17,9 @@
 
 namespace {
 
-using nlohmann::json;
 using KonuTest::SimHostFixture;
 using KonuTest::Terminal;
+using nlohmann::json;
 
 constexpr const char kMenuPane[] = "To view various network restore";
 constexpr const char kFactoryPane[] = "revert all network configuration";
@@ -55,8 +55,7 @@ class NetworkRestore : public SimHostFixture {
   // Back in the restore window with the given box closed.
   static void BackInWindow(Terminal& term, const char* closed) {
     ASSERT_TRUE(term.WaitForNoText(closed)) << term.Screen();
-    ASSERT_TRUE(term.WaitForText(kFactoryPane)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, kFactoryPane));
   }
 };
 
@@ -75,15 +74,11 @@ TEST_F(NetworkRestore, SwitchEntriesAreDimmedOnAStandardSwitchAndEnabledOnADistr
     term.Press("Down");
     ASSERT_TRUE(term.WaitUntilPolling());
     EXPECT_TRUE(term.WaitForText(kFactoryPane, 0)) << term.Screen();
-    term.Press("Esc");
-    ASSERT_TRUE(term.WaitForText(kMenuPane)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Esc", kMenuPane));
 
     // On a distributed switch both are drawn as entries and take the cursor.
     PlugIntoDistributedSwitch();
-    term.Press("Enter");
-    ASSERT_TRUE(term.WaitForText(kFactoryPane)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", kFactoryPane));
     EXPECT_NE(dimmed, Foreground(term, "Restore DVS")) << term.Screen();
     EXPECT_NE(dimmed, Foreground(term, "Restore Standard Switch")) << term.Screen();
     ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Down", kStandardSwitchPane));
@@ -126,9 +121,7 @@ TEST_F(NetworkRestore, FactoryRestoreAsksTwiceThenStopsTheMachinesAndResetsTheNe
     EXPECT_FALSE(Contains(ReadFile("var/log/zebd.log"), "factory.network"));
 
     ASSERT_NO_FATAL_FAILURE(Confirmation(term));
-    term.Press("F11");
-    ASSERT_TRUE(term.WaitForText(kWarningTitle)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "F11", kWarningTitle));
     term.Press("Enter");
     for (const char* text : {"Restore Network Settings", "Please wait while the factory network settings are",
                              "Powering Off VMs. Done.", "Auto-configuring network. Done.",

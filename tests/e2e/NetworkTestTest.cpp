@@ -22,8 +22,7 @@ class NetworkTest : public SimHostFixture {
  protected:
   void OpenDialog(Terminal& term) {
     KonuTest::ForkDialog<Konu::TestDialog>(term, DialogChildSetup{Root(), false, "root"});
-    ASSERT_TRUE(term.WaitForText("<Esc> Cancel")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, "<Esc> Cancel"));
   }
 
   // The argument vectors of the pings run so far, in order.
@@ -115,9 +114,7 @@ TEST_F(NetworkTest, SkipsEmptyAndZeroFieldsAndResolvesOnlyWhatTheNameServersKnow
   term.Press("Down");
   term.Type("GATEWAY.example.test");
   ASSERT_TRUE(term.WaitUntilPolling());
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText("Resolving hostname GATEWAY.example.test ... OK.")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "Resolving hostname GATEWAY.example.test ... OK."));
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForNoText("Testing Management Network")) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());

@@ -32,11 +32,6 @@ class NetworkScreen : public SimHostFixture {
     Ready(term, "<Esc> Exit");
   }
 
-  static void Ready(Terminal& term, const std::string& text) {
-    ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
-  }
-
   // Moves the selection down `steps` entries and waits for the entry's pane heading.
   static void Select(Terminal& term, int steps, const std::string& heading) {
     for (int i = 0; i < steps; ++i) term.Press("Down");
@@ -95,9 +90,7 @@ class NetworkScreen : public SimHostFixture {
     term.Press("Enter");
     Ready(term, "Hardware Label (MAC Address)");
     for (int i = 0; i < row; ++i) term.Press("Down");
-    term.Press("Space");
-    ASSERT_TRUE(term.WaitForText(markedRow)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Space", markedRow));
     term.Press("Enter");
     ASSERT_TRUE(term.WaitForNoText("Hardware Label (MAC Address)")) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
@@ -216,9 +209,7 @@ TEST_F(NetworkScreen, AdaptersKeepTheOrderOfMarkingAndMoveANicOffItsOtherSwitch)
   };
   auto mark = [&](int row, const std::string& expectRow) {
     moveTo(row);
-    term.Press("Space");
-    ASSERT_TRUE(term.WaitForText(expectRow)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Space", expectRow));
   };
   mark(0, "[ ] nic0");
   mark(5, "[X] uplinkpo...");  // C

@@ -25,8 +25,7 @@ class Password : public SimHostFixture {
     KonuTest::ForkDialog<Konu::ChangePasswordDialog>(term, setup);
     ASSERT_TRUE(term.WaitForText("Configure Password")) << term.Screen();
     ASSERT_TRUE(term.WaitForText("Setting the password will prevent unauthorized access")) << term.Screen();
-    ASSERT_TRUE(term.WaitForText("to this host.")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, "to this host."));
   }
 
   // The stars shown in the field labelled `label`.
@@ -111,9 +110,7 @@ TEST_F(Password, SamePasswordWarningEscReturnsToTheFormEnterChangesForReal) {
   EXPECT_EQ(4u, Stars(term, "Confirm Password:")) << "the form is unchanged";
   EXPECT_EQ(0, Backups());
 
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText("Are you sure?")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "Are you sure?"));
   term.Press("Enter");
   ASSERT_TRUE(term.WaitForText("RESULT=1 USER=root")) << term.Screen();
   FinishDialogChild(term, 1);

@@ -40,8 +40,7 @@ class RestartNetwork : public SimHostFixture {
         KonuTest::UiEnv());
     ASSERT_TRUE(term.WaitForText("Restart Management Network: Confirm")) << term.Screen();
     ASSERT_TRUE(term.WaitForText("Restart management network now?")) << term.Screen();
-    ASSERT_TRUE(term.WaitForText("<F11> OK  <Esc> Cancel")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, "<F11> OK  <Esc> Cancel"));
   }
 
   // F11, then the restart's screen up to its last text.

@@ -27,8 +27,7 @@ class Shutdown : public SimHostFixture {
   void OpenShutdownDialog(Terminal& term, double clockSpeed = 0) {
     ASSERT_NO_FATAL_FAILURE(StartOnWelcome(term, {}, clockSpeed));
     ASSERT_NO_FATAL_FAILURE(LogIn(term, "F12"));
-    ASSERT_TRUE(term.WaitForText("Forcefully terminate running VMs, if any ...")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, "Forcefully terminate running VMs, if any ..."));
   }
   std::string Events() const { return ReadFile("var/log/zebd.log"); }
 };
@@ -179,9 +178,7 @@ TEST_F(Shutdown, ResetRestoresTheDefaultsAndOnlyEnterRestarts) {
 TEST_F(Shutdown, ResetFromTheMenuRestartsTheHostWithoutPoweringOffMachines) {
   Terminal term(25, 80);
   ASSERT_NO_FATAL_FAILURE(OpenFromMenu(term, "<Enter> Reset", "Reset System Configuration now?"));
-  term.Press("F11");
-  ASSERT_TRUE(term.WaitForText("<Enter> Restart Host")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(PressUntil(term, "F11", "<Enter> Restart Host"));
   term.Press("Enter");
   int status = -1;
   ASSERT_TRUE(term.WaitForExit(10000, &status)) << term.Screen();
@@ -200,8 +197,7 @@ TEST_F(Shutdown, AFailingResetClosesSilentlyAndEscBeforeF11DoesNothing) {
     SCOPED_TRACE(key);
     Terminal term(24, 80);
     ForkRestore(term, Root());
-    ASSERT_TRUE(term.WaitForText("<F11> OK  <Esc> Cancel")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, "<F11> OK  <Esc> Cancel"));
     term.Press(key);
     FinishDialogChild(term, 0);
   }

@@ -34,8 +34,7 @@ class Troubleshooting : public SimHostFixture {
   template <typename DialogType>
   void Open(Terminal& term, const char* shown) {
     KonuTest::ForkDialog<DialogType>(term, DialogChildSetup{Root(), false, "root"});
-    ASSERT_TRUE(term.WaitForText(shown)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, shown));
   }
   void Press(Terminal& term, const std::vector<const char*>& keys) {
     for (const char* key : keys) term.Press(key);
@@ -142,9 +141,7 @@ TEST_F(Troubleshooting, TheTimeoutsEntryGreysWhenBothAreOffAndStillOpens) {
   EXPECT_EQ(6, Foreground(term, "Modify Orin Shell and SSH timeouts")) << "greyed";
   Press(term, {"Down", "Down"});
   ASSERT_TRUE(term.WaitForText("Modify the number of minutes")) << term.Screen();
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForText("Set the timeouts for Orin Shell access")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "Set the timeouts for Orin Shell access"));
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForNoText("Set the timeouts for Orin Shell access")) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());
@@ -270,8 +267,7 @@ TEST_F(Troubleshooting, ANewConsoleTimeoutAppliesToTheRunningSession) {
   ASSERT_TRUE(term.WaitForText("Modify the number of idle minutes")) << term.Screen();
   term.Press("Enter");
   // The field is drawn last ("KONU idle timeout" alone is also the menu's entry).
-  ASSERT_TRUE(term.WaitForText("[ 0 ")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(Ready(term, "[ 0 "));
   term.Type("1");
   term.Press("Enter");
   ASSERT_TRUE(term.WaitFor([&] { return Logged("User root logged out due to time out"); }, 30000))
@@ -296,8 +292,7 @@ TEST_F(Troubleshooting, RestartingTheAgentsStopsThenStartsThemAndEscBeforeF11Doe
   ASSERT_TRUE(term.WaitForText("Starting management agents. Done.")) << term.Screen();
   EXPECT_TRUE(term.WaitForText("Stopping management agents. Done.", 0)) << term.Screen();
   EXPECT_FALSE(term.WaitForText("live core", 0)) << term.Screen();
-  ASSERT_TRUE(term.WaitForText("<Enter> OK")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(Ready(term, "<Enter> OK"));
   term.Press("Enter");
   FinishDialogChild(term, 1);
   EXPECT_EQ((Commands{"services.sh stop", "services.sh start"}), JournalCommands()) << "no core, no thread";
@@ -314,9 +309,7 @@ TEST_F(Troubleshooting, TickedTheLiveCoreIsCollectedAndTheAlertRaised) {
   SetState("/faults/tools/services.sh stop", {{"hang", true}});
   Terminal term(24, 80);
   Open<Konu::RestartAgentsDialog>(term, "Collect extra troubleshooting information");
-  term.Press("Space");
-  ASSERT_TRUE(term.WaitForText("[X] Collect extra troubleshooting information")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Space", "[X] Collect extra troubleshooting information"));
   term.Press("F11");
   ASSERT_TRUE(term.WaitForText("Collecting host agent live core information. Done.")) << term.Screen();
   ASSERT_TRUE(term.WaitForText("Stopping management agents.")) << term.Screen();

@@ -27,8 +27,7 @@ class WelcomeSession : public SimHostFixture {
  protected:
   void OpenMenu(Terminal& term) {
     LogIn(term, "F2");
-    ASSERT_TRUE(term.WaitForText(kMenuTitle)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ASSERT_NO_FATAL_FAILURE(Ready(term, kMenuTitle));
   }
   std::string Audit() const { return ReadFile("var/log/audit.log"); }
 };
@@ -131,9 +130,7 @@ TEST_F(WelcomeSession, F12AfterLoginOpensTheShutdownDialogWithoutASession) {
 TEST_F(WelcomeSession, EscInTheLoginFormReturnsWithoutASession) {
   Terminal term(24, 80);
   ASSERT_NO_FATAL_FAILURE(StartOnWelcome(term));
-  term.Press("F2");
-  ASSERT_TRUE(term.WaitForText("Authentication Required")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(PressUntil(term, "F2", "Authentication Required"));
   term.Press("Esc");
   ASSERT_TRUE(term.WaitForNoText("Authentication Required")) << term.Screen();
   EXPECT_FALSE(term.WaitForText(kMenuTitle, 0));

@@ -18,10 +18,7 @@ namespace KonuTest {
 void SimHostFixture::SetUp() { host_ = std::make_unique<SimHost>(KONU_HOSTSIM_BIN); }
 
 std::string SimHostFixture::ReadFile(const std::string& relative) const {
-  std::ifstream in(HostFile(relative));
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
+  return ReadFileText(HostFile(relative));
 }
 
 std::vector<std::string> SimHostFixture::JournalCommands() const {
@@ -40,8 +37,7 @@ std::vector<std::string> SimHostFixture::JournalCommands() const {
 }
 
 void SimHostFixture::WriteFile(const std::string& relative, const std::string& text) const {
-  std::filesystem::create_directories(std::filesystem::path(HostFile(relative)).parent_path());
-  std::ofstream(HostFile(relative), std::ios::trunc) << text;
+  WriteFileText(HostFile(relative), text);
 }
 
 nlohmann::json SimHostFixture::State(const std::string& pointer) const {
@@ -85,13 +81,17 @@ void SimHostFixture::OpenFromMenu(Terminal& term, const std::string& entryPane, 
   ASSERT_TRUE(term.WaitUntilPolling());
 }
 
+void SimHostFixture::Ready(Terminal& term, const std::string& text) {
+  ASSERT_TRUE(term.WaitForText(text)) << text << "\n" << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+}
+
 void SimHostFixture::PressUntil(Terminal& term, const std::string& key, const std::string& text) {
   if (key.size() > 1)
     term.Press(key);
   else
     term.Type(key);
-  ASSERT_TRUE(term.WaitForText(text)) << text << "\n" << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ASSERT_NO_FATAL_FAILURE(Ready(term, text));
 }
 
 bool SimHostFixture::Ran(const std::string& command) const {

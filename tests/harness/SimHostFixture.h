@@ -54,6 +54,9 @@ class SimHostFixture : public ::testing::Test {
   void OpenFromMenu(Terminal& term, const std::string& entryPane, const std::string& shown,
                     double clockSpeed = 0) const;
 
+  // Waits until `text` shows and the console reads keys.
+  static void Ready(Terminal& term, const std::string& text);
+
   // Presses `key` (a key name such as "F11", or one character typed as it stands) and waits
   // until `text` shows and the console reads keys.
   static void PressUntil(Terminal& term, const std::string& key, const std::string& text);

@@ -87,8 +87,8 @@ void BecomeTerminalChild(int master, int slave) {
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
-  for (int sig : {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGALRM, SIGTERM, SIGCHLD, SIGTSTP, SIGTTIN,
-                  SIGTTOU, SIGWINCH, SIGUSR1, SIGUSR2}) {
+  for (int sig : {SIGHUP, SIGINT, SIGQUIT, SIGPIPE, SIGALRM, SIGTERM, SIGCHLD, SIGTSTP, SIGTTIN, SIGTTOU,
+                  SIGWINCH, SIGUSR1, SIGUSR2}) {
     signal(sig, SIG_DFL);
   }
 }

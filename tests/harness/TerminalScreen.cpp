@@ -55,9 +55,8 @@ int PaletteIndex(VTerm* vt, VTermColor color, bool foreground) {
 
 void Terminal::Impl::CheckPosition(int row, int col) const {
   if (row < 0 || row >= rows || col < 0 || col >= cols) {
-    throw std::out_of_range("Terminal: position " + std::to_string(row) + "," +
-                            std::to_string(col) + " is off the " + std::to_string(rows) + "x" +
-                            std::to_string(cols) + " screen");
+    throw std::out_of_range("Terminal: position " + std::to_string(row) + "," + std::to_string(col) +
+                            " is off the " + std::to_string(rows) + "x" + std::to_string(cols) + " screen");
   }
 }
 
@@ -77,9 +76,7 @@ std::string Terminal::Impl::RowText(int row, int col, int count, std::vector<int
     }
     if (columns != nullptr) columns->resize(text.size(), c);
     // A double-width character is written once; it covers the next column too.
-    c += (cell.chars[0] != 0 && cell.chars[0] != kWideContinuation && cell.width > 1)
-             ? cell.width
-             : 1;
+    c += (cell.chars[0] != 0 && cell.chars[0] != kWideContinuation && cell.width > 1) ? cell.width : 1;
   }
   return text;
 }

@@ -15,6 +15,7 @@
 #include "host/sim/DefaultState.h"
 #include "host/sim/SimHost.h"
 #include "host/sim/StateFile.h"
+#include "tests/harness/Files.h"
 #include "tests/harness/Terminal.h"
 #include "tests/screen/UiChild.h"
 #include "ui/Dialog.h"
@@ -52,20 +53,6 @@ void Say(const char* text) {
   clrtoeol();
   mvaddstr(LINES - 1, 0, text);
   refresh();
-}
-
-std::string TempPath(const char* stem) {
-  char path[] = "/tmp/konu-ui-XXXXXX";
-  int fd = mkstemp(path);
-  if (fd >= 0) close(fd);
-  return std::string(path) + "-" + stem;
-}
-
-std::string ReadAll(const std::string& path) {
-  std::ifstream in(path);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
 }
 
 void ExpectColors(const Terminal& t, int row, int column, int background, int foreground) {
@@ -254,12 +241,11 @@ TEST(WindowScreen, MessageDialogIsCentredOverItsDimmedOwnersAndLeavesNothingBehi
 }
 
 TEST(WindowScreen, RootWindowHasTwoPanesABoxAndTheLineUnderTheTitles) {
-  const std::string log = TempPath("log");
-  char root[] = "/tmp/konu-root-XXXXXX";
-  ASSERT_NE(nullptr, mkdtemp(root));
-  Sim::StateFile(root).Write(Sim::DefaultHostState());
-  Sim::StateFile(root).Update([](nlohmann::json& state) { state["host"]["hostname"] = "pane-host"; });
-  const std::string rootDir = root;
+  KonuTest::TempDir dir;
+  const std::string log = dir / "log";
+  const std::string rootDir = dir / "root";
+  Sim::StateFile(rootDir).Write(Sim::DefaultHostState());
+  Sim::StateFile(rootDir).Update([](nlohmann::json& state) { state["host"]["hostname"] = "pane-host"; });
   Terminal t(24, 80);
   t.Fork(
       [log, rootDir] {
@@ -302,9 +288,8 @@ TEST(WindowScreen, RootWindowHasTwoPanesABoxAndTheLineUnderTheTitles) {
   ExpectColors(t, 23, 10, 0, 2);  // bottom line
   t.Press("q");
   EXPECT_TRUE(t.WaitForExit(5000, nullptr));
-  EXPECT_NE(ReadAll(log).find("COLS=80, LINES=24"), std::string::npos) << ReadAll(log);
-  unlink(log.c_str());
-  std::filesystem::remove_all(rootDir);
+  EXPECT_NE(KonuTest::ReadFileText(log).find("COLS=80, LINES=24"), std::string::npos)
+      << KonuTest::ReadFileText(log);
 }
 
 TEST(WindowScreen, ChildrenLeaveTheirParentsListAndDeleteChildrenDeletesTheRest) {

@@ -6,8 +6,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <vector>
 
 #include "app/Clock.h"
@@ -20,42 +18,12 @@
 #include "host/sim/DefaultState.h"
 #include "host/sim/SimHost.h"
 #include "host/sim/StateFile.h"
+#include "tests/unit/OpsTestSupport.h"
 
 namespace {
 
-class CapturingSink : public Konu::LogSink {
- public:
-  explicit CapturingSink(std::vector<std::string>* lines) : lines_(lines) {}
-  void Write(int, const std::string& text) override { lines_->push_back(text); }
-
- private:
-  std::vector<std::string>* lines_;
-};
-
-class LogCapture {
- public:
-  LogCapture() { Konu::SetLogSink(std::make_unique<CapturingSink>(&lines)); }
-  ~LogCapture() { Konu::SetLogSink(std::make_unique<Konu::SyslogSink>()); }
-  bool Has(const std::string& text) const {
-    for (const auto& l : lines)
-      if (l == text) return true;
-    return false;
-  }
-  std::vector<std::string> lines;
-};
-
-std::string TempDir() {
-  std::string tmpl = (std::filesystem::temp_directory_path() / "konu-unit-XXXXXX").string();
-  if (!mkdtemp(tmpl.data())) throw std::runtime_error("mkdtemp");
-  return tmpl;
-}
-
-std::string Slurp(const std::string& path) {
-  std::ifstream in(path);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
+using LogCapture = Konu::OpsTest::CapturedLog;
+using KonuTest::ReadFileText;
 
 TEST(ConsoleOptions, HostRootFromOptionOrEnvironmentAndTheFirstFreeArgumentIsTheVt) {
   char prog[] = "konu", opt[] = "--host-root", dir[] = "/tmp/h", vt[] = "7", extra[] = "9";
@@ -83,7 +51,8 @@ TEST(ConsoleOptions, BadOptionsAreReportedNotIgnored) {
   char* emptyAfterEquals[] = {prog, emptyJoined};
   for (char** argv : {missing, emptyValue, emptyAfterEquals}) {
     int argc = argv == emptyValue ? 3 : 2;
-    EXPECT_NE(std::string::npos, Konu::ParseConsoleOptions(argc, argv, nullptr).error.find("--host-root")) << argc;
+    EXPECT_NE(std::string::npos, Konu::ParseConsoleOptions(argc, argv, nullptr).error.find("--host-root"))
+        << argc;
   }
   char* unknown[] = {prog, bogus};
   EXPECT_NE(std::string::npos, Konu::ParseConsoleOptions(2, unknown, nullptr).error.find("'--verbose'"));
@@ -94,10 +63,10 @@ TEST(ConsoleOptions, BadOptionsAreReportedNotIgnored) {
 TEST(VirtualTerminalArgument, OneToSixtyThreeSelectAndEverythingElseIsLogged) {
   LogCapture log;
   EXPECT_EQ(0, Konu::ParseVirtualTerminal(nullptr));
-  EXPECT_TRUE(log.lines.empty());
+  EXPECT_TRUE(log.Lines().empty());
   EXPECT_EQ(1, Konu::ParseVirtualTerminal("1"));
   EXPECT_EQ(63, Konu::ParseVirtualTerminal("63"));
-  EXPECT_TRUE(log.lines.empty());
+  EXPECT_TRUE(log.Lines().empty());
   for (const char* bad : {"0", "64", "abc", "-3"}) {
     EXPECT_EQ(0, Konu::ParseVirtualTerminal(bad)) << bad;
     EXPECT_TRUE(log.Has(std::string("Invalid VT specified for KONU: ") + bad)) << bad;
@@ -106,26 +75,25 @@ TEST(VirtualTerminalArgument, OneToSixtyThreeSelectAndEverythingElseIsLogged) {
 
 TEST(PidFile, MissingGarbageAndStalePidsAreReplacedALiveOneIsKept) {
   LogCapture log;
-  std::string dir = TempDir();
-  std::string path = dir + "/konu.pid";
+  KonuTest::TempDir dir;
+  std::string path = dir / "konu.pid";
   std::string own = std::to_string(getpid());
 
   EXPECT_TRUE(Konu::ClaimPidFile(path)) << "missing file";
-  EXPECT_EQ(own, Slurp(path)) << "decimal, no newline";
+  EXPECT_EQ(own, ReadFileText(path)) << "decimal, no newline";
 
   std::ofstream(path) << "not a number";
   EXPECT_TRUE(Konu::ClaimPidFile(path));
-  EXPECT_EQ(own, Slurp(path));
+  EXPECT_EQ(own, ReadFileText(path));
 
   std::ofstream(path) << "4194305\n";  // above the kernel's pid limit: never alive
   EXPECT_TRUE(Konu::ClaimPidFile(path));
-  EXPECT_EQ(own, Slurp(path));
+  EXPECT_EQ(own, ReadFileText(path));
 
   std::ofstream(path) << "1";  // init is alive
   EXPECT_FALSE(Konu::ClaimPidFile(path));
-  EXPECT_EQ("1", Slurp(path));
+  EXPECT_EQ("1", ReadFileText(path));
   EXPECT_TRUE(log.Has("Attempt to run multiple KONU instances, not updating " + path));
-  std::filesystem::remove_all(dir);
 }
 
 TEST(SignalThread, EachHandledSignalBecomesItsByte) {
@@ -158,7 +126,7 @@ TEST(Clock, ScaledClockRunsFasterAndShortensRealWaits) {
 class IdleTimeout : public ::testing::Test {
  protected:
   void SetUp() override {
-    root_ = TempDir();
+    root_ = dir_.Path();
     Konu::Sim::StateFile(root_).Write(Konu::Sim::DefaultHostState());
     host_ = std::make_unique<HostCtl::Sim::SimHost>(root_);
     Konu::Runtime::Get().SetHost(host_.get());
@@ -166,12 +134,12 @@ class IdleTimeout : public ::testing::Test {
   void TearDown() override {
     Konu::Runtime::Get().SetHost(nullptr);
     Konu::Runtime::Get().session = Konu::Session{};
-    std::filesystem::remove_all(root_);
   }
   void Set(const std::string& pointer, const nlohmann::json& value) {
     Konu::Sim::StateFile(root_).Update(
         [&](nlohmann::json& s) { s[nlohmann::json::json_pointer(pointer)] = value; });
   }
+  KonuTest::TempDir dir_;
   std::string root_;
   std::unique_ptr<HostCtl::Sim::SimHost> host_;
 };
@@ -186,9 +154,8 @@ TEST_F(IdleTimeout, ReadFromTheAdvancedOptionWithSixHundredAsTheFallback) {
   Set(option, {{"type", "string"}, {"value", "30"}, {"default", "600"}});
   EXPECT_EQ(600u, Konu::GetKonuTimeout()) << "not an integer option";
 
-  Konu::Sim::StateFile(root_).Update([&](nlohmann::json& s) {
-    s["advancedOptions"].erase("/UserVars/KonuTimeOut");
-  });
+  Konu::Sim::StateFile(root_).Update(
+      [&](nlohmann::json& s) { s["advancedOptions"].erase("/UserVars/KonuTimeOut"); });
   EXPECT_EQ(600u, Konu::GetKonuTimeout()) << "missing option";
 }
 

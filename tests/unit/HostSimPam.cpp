@@ -100,59 +100,6 @@ TEST_F(HostSimPam, EmptyPasswordUserLogsInWithTheEmptySecret) {
 
 TEST_F(HostSimPam, ServiceAccountCannotLogIn) { EXPECT_NE(Login(host, "konu", ""), PAM_SUCCESS); }
 
-TEST_F(HostSimPam, UserAddedToTheStateLogsInWithoutRecreatingTheHost) {
-  SetUser(host, "alice", PlainUser(), "wonder");
-  EXPECT_EQ(Login(host, "alice", "wonder"), PAM_SUCCESS);
-}
-
-TEST_F(HostSimPam, DeniedUserPassesAuthenticationButNotTheAccountCheck) {
-  Json user = PlainUser();
-  user["denied"] = true;
-  SetUser(host, "dave", user, "secret1");
-  PamSession pam(host, "dave", {"secret1"});
-  EXPECT_EQ(pam.Authenticate(), PAM_SUCCESS);
-  EXPECT_EQ(pam.AccountCheck(), PAM_PERM_DENIED);
-}
-
-TEST_F(HostSimPam, ExpiredPasswordAsksForANewOne) {
-  Json user = PlainUser();
-  user["expired"] = true;
-  SetUser(host, "erin", user, "old-pass");
-  EXPECT_EQ(Login(host, "erin", "old-pass"), PAM_NEW_AUTHTOK_REQD);
-}
-
-// The console's change request: authenticate with the old password, account check, then
-// pam_chauthtok answered with the new password twice.
-TEST_F(HostSimPam, ExpiredPasswordChangeClearsTheFlagAndTheNewPasswordWorks) {
-  Json user = PlainUser();
-  user["expired"] = true;
-  SetUser(host, "erin", user, "old-pass");
-  {
-    PamSession pam(host, "erin", {"old-pass", "new-pass", "new-pass"});
-    ASSERT_EQ(pam.Authenticate(), PAM_SUCCESS);
-    ASSERT_EQ(pam.AccountCheck(), PAM_NEW_AUTHTOK_REQD);
-    EXPECT_EQ(pam.ChangeAuthToken(), PAM_SUCCESS);
-    EXPECT_EQ(pam.Prompts().size(), 3u);
-  }
-  Json state = Konu::Sim::StateFile(host.Root()).Read();
-  EXPECT_TRUE(host.PasswordIs("erin", "new-pass"));
-  EXPECT_EQ(state["users"]["erin"]["expired"], false);
-  EXPECT_EQ(Login(host, "erin", "new-pass"), PAM_SUCCESS);
-  EXPECT_NE(Login(host, "erin", "old-pass"), PAM_SUCCESS);
-}
-
-TEST_F(HostSimPam, RootPasswordChangeStoresANewHash) {
-  {
-    PamSession pam(host, "root", {"konu", "Better-1", "Better-1"});
-    ASSERT_EQ(pam.Authenticate(), PAM_SUCCESS);
-    ASSERT_EQ(pam.AccountCheck(), PAM_SUCCESS);
-    ASSERT_EQ(pam.ChangeAuthToken(), PAM_SUCCESS);
-  }
-  EXPECT_TRUE(host.PasswordIs("root", "Better-1"));
-  EXPECT_EQ(KonuTest::ReadFileText(host.File("/etc/konu-sim/host.json")).find("Better-1"), std::string::npos);
-  EXPECT_EQ(Login(host, "root", "Better-1"), PAM_SUCCESS);
-}
-
 TEST_F(HostSimPam, ChangeRefusedForMismatchOrShortPasswords) {
   Konu::Sim::StateFile(host.Root()).Update([](Json& s) { s["passwordPolicy"]["minLength"] = 8; });
   for (const auto& [first, second] :

@@ -10,6 +10,7 @@
 #include "host/HostCtlException.h"
 #include "host/linux/LinuxHost.h"
 #include "host/linux/ProcParsers.h"
+#include "tests/harness/Files.h"
 
 namespace fs = std::filesystem;
 using namespace HostCtl;
@@ -68,21 +69,18 @@ const char* kIpv6Route =
     "fe800000000000000000000000000001 00000400 00000001 00000000 00000003     eth0\n";
 
 const char* kCpuInfo =
-    "processor\t: 0\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 0\ncpu cores\t: "
+    "processor\t: 0\nmodel name\t: Sample(R) Server(R) 8-Core CPU @ 2.10GHz\nphysical id\t: 0\ncpu cores\t: "
     "2\n\n"
-    "processor\t: 1\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 0\ncpu cores\t: "
+    "processor\t: 1\nmodel name\t: Sample(R) Server(R) 8-Core CPU @ 2.10GHz\nphysical id\t: 0\ncpu cores\t: "
     "2\n\n"
-    "processor\t: 2\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 1\ncpu cores\t: "
+    "processor\t: 2\nmodel name\t: Sample(R) Server(R) 8-Core CPU @ 2.10GHz\nphysical id\t: 1\ncpu cores\t: "
     "2\n\n"
-    "processor\t: 3\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 1\ncpu cores\t: "
+    "processor\t: 3\nmodel name\t: Sample(R) Server(R) 8-Core CPU @ 2.10GHz\nphysical id\t: 1\ncpu cores\t: "
     "2\n";
 
 class LinuxFixture : public ::testing::Test {
  protected:
   void SetUp() override {
-    char pattern[] = "/tmp/konu-linuxhost-XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
-    root_ = pattern;
     Write("/proc/net/route", kRoute);
     Write("/proc/net/fib_trie", kFibTrie);
     Write("/proc/net/if_inet6", kIfInet6);
@@ -117,11 +115,8 @@ class LinuxFixture : public ::testing::Test {
     Write("/etc/default/keyboard", "XKBMODEL=\"pc105\"\nXKBLAYOUT=\"de\"\n");
     host_ = std::make_unique<Linux::LinuxHost>(root_);
   }
-  void TearDown() override { fs::remove_all(root_); }
-
   void Write(const std::string& path, const std::string& text) {
-    fs::create_directories(fs::path(root_ + path).parent_path());
-    std::ofstream(root_ + path) << text;
+    KonuTest::WriteFileText(root_ + path, text);
   }
   void Nic(const std::string& name, const std::string& mac, const std::string& carrier,
            const std::string& speed, const std::string& pci, const std::string& driver,
@@ -140,7 +135,8 @@ class LinuxFixture : public ::testing::Test {
                        root_ + "/sys/devices/pci0000:00/" + pci + "/driver");
   }
 
-  std::string root_;
+  KonuTest::TempDir dir_;
+  std::string root_ = dir_.Path();
   std::unique_ptr<Linux::LinuxHost> host_;
 };
 
@@ -201,7 +197,7 @@ TEST(LinuxParsers, CpuAndMemory) {
   EXPECT_EQ(cpu.packages, 2u);
   EXPECT_EQ(cpu.cores, 4u);
   EXPECT_EQ(cpu.threads, 4u);
-  EXPECT_EQ(cpu.model, "Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz");
+  EXPECT_EQ(cpu.model, "Sample(R) Server(R) 8-Core CPU @ 2.10GHz");
   // A machine that reports no package ids (many ARM boards) is one package.
   auto arm = Linux::ParseCpuInfo("processor\t: 0\nBogoMIPS\t: 48.00\n\nprocessor\t: 1\nBogoMIPS\t: 48.00\n");
   EXPECT_EQ(arm.packages, 1u);

@@ -12,6 +12,7 @@
 #include "host/linux/LinuxHost.h"
 #include "host/linux/LinuxPathMap.h"
 #include "ops/CommandRunner.h"
+#include "tests/harness/Files.h"
 
 namespace fs = std::filesystem;
 using HostCtl::Linux::LinuxPathMap;
@@ -20,21 +21,12 @@ namespace {
 
 class LinuxPathMapTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    char tmpl[] = "/tmp/konu-paths-XXXXXX";
-    root_ = mkdtemp(tmpl);
-  }
-  void TearDown() override { fs::remove_all(root_); }
   void Write(const std::string& path, const std::string& text, bool executable = false) {
-    fs::create_directories(fs::path(root_ + path).parent_path());
-    std::ofstream(root_ + path) << text;
-    if (executable) chmod((root_ + path).c_str(), 0755);
+    KonuTest::WriteFileText(root_ + path, text, executable ? 0755 : 0644);
   }
-  std::string Read(const std::string& path) {
-    std::ifstream in(path);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-  }
-  std::string root_;
+  static std::string Read(const std::string& path) { return KonuTest::ReadFileText(path); }
+  KonuTest::TempDir dir_;
+  std::string root_ = dir_.Path();
 };
 
 TEST_F(LinuxPathMapTest, EveryHostPathHasItsLinuxHome) {

@@ -1,21 +1,19 @@
-// Helpers shared by the ops tests: a log sink that keeps lines, a temporary directory,
-// and a temporary simulated host root with small tool scripts.
+// Helpers shared by the unit tests: a log sink that keeps lines, and a temporary simulated
+// host root with small tool scripts (files and folders: tests/harness/Files.h).
 #pragma once
 
 #include <sys/stat.h>
 #include <syslog.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <mutex>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "host/HostRoot.h"
 #include "host/Log.h"
+#include "tests/harness/Files.h"
 
 namespace Konu::OpsTest {
 
@@ -44,6 +42,12 @@ class CapturedLog {
     std::lock_guard<std::mutex> lock(mutex_);
     return lines_;
   }
+  // True when a line, of any priority, is exactly `text`.
+  bool Has(const std::string& text) const {
+    for (const LogLine& line : Lines())
+      if (line.text == text) return true;
+    return false;
+  }
   // How many lines have exactly this priority and text.
   int Count(int priority, const std::string& text) const {
     int n = 0;
@@ -68,47 +72,12 @@ class CapturedLog {
   std::vector<LogLine> lines_;
 };
 
-// A fresh directory under TMPDIR, removed with everything in it.
-class TempDir {
- public:
-  TempDir() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "konu-ops-XXXXXX").string();
-    if (!mkdtemp(pattern.data())) throw std::runtime_error("mkdtemp failed");
-    path_ = pattern;
-  }
-  ~TempDir() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TempDir(const TempDir&) = delete;
-  TempDir& operator=(const TempDir&) = delete;
-
-  const std::string& Path() const { return path_; }
-  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-
- private:
-  std::string path_;
-};
-
+using KonuTest::TempDir;
+inline std::string ReadFile(const std::string& path) { return KonuTest::ReadFileText(path); }
 inline void WriteFile(const std::string& path, const std::string& text, mode_t mode = 0644) {
-  std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-  std::ofstream(path, std::ios::trunc) << text;
-  chmod(path.c_str(), mode);
+  KonuTest::WriteFileText(path, text, mode);
 }
-
-inline std::string ReadFile(const std::string& path) {
-  std::ifstream in(path);
-  std::stringstream all;
-  all << in.rdbuf();
-  return all.str();
-}
-
-inline std::vector<std::string> ReadLines(const std::string& path) {
-  std::vector<std::string> lines;
-  std::ifstream in(path);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
-}
+using KonuTest::ReadLines;
 
 // A temporary directory made the host root for the life of the object.
 class SimulatedRoot {

@@ -6,13 +6,13 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "host/HostCtlException.h"
 #include "host/sim/DefaultState.h"
 #include "host/sim/SimHost.h"
 #include "host/sim/SimServices.h"
 #include "host/sim/StateFile.h"
+#include "tests/harness/Files.h"
 
 namespace fs = std::filesystem;
 using namespace HostCtl;
@@ -24,13 +24,9 @@ namespace {
 class SimHostTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    char pattern[] = "/tmp/konu-simhost-XXXXXX";
-    ASSERT_NE(mkdtemp(pattern), nullptr);
-    root_ = pattern;
     Konu::Sim::StateFile(root_).Write(Konu::Sim::DefaultHostState());
     host_ = std::make_unique<Sim::SimHost>(root_);
   }
-  void TearDown() override { fs::remove_all(root_); }
 
   json State() const { return Konu::Sim::StateFile(root_).Read(); }
   void Set(const std::string& pointer, const json& value) {
@@ -39,12 +35,7 @@ class SimHostTest : public ::testing::Test {
   void Fault(const std::string& operation, const std::string& message) {
     Konu::Sim::StateFile(root_).Update([&](json& s) { s["faults"]["operations"][operation] = message; });
   }
-  std::string ReadFile(const std::string& relative) const {
-    std::ifstream in(root_ + relative);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-  }
+  std::string ReadFile(const std::string& relative) const { return KonuTest::ReadFileText(root_ + relative); }
   std::unique_ptr<Network::NukNic> Management() {
     auto info = host_->CreateNetworkInfo();
     info->UpdateManagementInterface();
@@ -53,7 +44,8 @@ class SimHostTest : public ::testing::Test {
     return nic;
   }
 
-  std::string root_;
+  KonuTest::TempDir dir_;
+  std::string root_ = dir_.Path();
   std::unique_ptr<Sim::SimHost> host_;
 };
 
