@@ -9,17 +9,37 @@ CursesStyle StyleOf(int background, int foreground) {
   return {ColorAttr(background, foreground) & ~A_COLOR, ColorPair(background, foreground)};
 }
 
-void SetWindowBackground(WINDOW* window, int background, int foreground) {
+namespace {
+
+// Sets the background through `set` (wbkgrnd: the window and every cell in it; SetOnly: the
+// window alone), then the drawing attribute.
+void SetBackground(WINDOW* window, int background, int foreground, int (*set)(WINDOW*, const cchar_t*)) {
   if (!window) return;
   CursesStyle style = StyleOf(background, foreground);
   wchar_t blank[] = L" ";
   cchar_t cell;
   setcchar(&cell, blank, style.attrs, 0, &style.pair);
-  wbkgrnd(window, &cell);
-  // wbkgrnd also makes the background the window's drawing attribute, but through the
+  set(window, &cell);
+  // Setting the background also makes it the window's drawing attribute, but through the
   // attribute word: a pair above 255 comes out as 255, and characters added later (the
   // scroll bar's) would draw in that pair. Set it again with the whole number.
   wattr_set(window, style.attrs, 0, &style.pair);
+}
+
+int SetOnly(WINDOW* window, const cchar_t* cell) {
+  wbkgrndset(window, cell);
+  return OK;
+}
+
+}  // namespace
+
+void SetWindowBackground(WINDOW* window, int background, int foreground) {
+  SetBackground(window, background, foreground, wbkgrnd);
+}
+
+void SetBlankWindowBackground(WINDOW* window, int background, int foreground) {
+  SetBackground(window, background, foreground, SetOnly);
+  if (window) werase(window);
 }
 
 void DrawFrame(WINDOW* window, OpenSide open) {

@@ -17,6 +17,10 @@ CursesStyle StyleOf(int background, int foreground);
 
 // wbkgd(window, ColorAttr(background, foreground)) with the whole pair number.
 void SetWindowBackground(WINDOW* window, int background, int foreground);
+// The same background for a new top-level window, whose cells are all blanked: curses then
+// fills the cells instead of comparing and re-rendering each one (wbkgd costs about twenty
+// times as much per cell).
+void SetBlankWindowBackground(WINDOW* window, int background, int foreground);
 
 // Which side of a frame stays blank: the welcome screen draws one box across two windows.
 enum class OpenSide { kNone, kTop, kBottom };

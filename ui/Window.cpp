@@ -46,7 +46,13 @@ Window::Window(Window* parent, int x, int y, int width, int height, int backgrou
       window_(MakeCursesWindow(parent, x_, y_, width, height)) {
   ResolveColors(background, foreground);
   if (parent_) parent_->children_.push_back(this);
-  ApplyBackground(background_, foreground_);
+  // A top-level window is new and blank; a child takes its colours over what its parent
+  // drew there (a dialog's box stays round its content window).
+  if (parent_) {
+    SetWindowBackground(window_.get(), background_, foreground_);
+  } else {
+    SetBlankWindowBackground(window_.get(), background_, foreground_);
+  }
 }
 
 Window::Window(int x, int y, int width, int height, int background, int foreground)

@@ -16,7 +16,7 @@ nlohmann::json DefaultHostState() {
     "vendor": "Tessera Computing Inc.",
     "product": "Tessera TX740 Server",
     "cpuPackages": 2,
-    "cpuModel": "Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz",
+    "cpuModel": "Sample(R) Server(R) 8-Core CPU @ 2.10GHz",
     "memoryPages": 33554432,
     "pageSize": 4096
   },

@@ -53,16 +53,22 @@ constexpr int kDeepestNesting = 64;
 constexpr const char* kRequiredParts[] = {"host", "hardware", "version", "network", "users"};
 
 // How deep the text's arrays and objects nest, outside strings; stops counting past `limit`.
+// It runs at every start of the console, so it jumps from one character that matters to the
+// next (strcspn) rather than looking at each; a NUL byte is passed over like any other.
 int NestingDepth(const std::string& text, int limit) {
   int depth = 0, deepest = 0;
-  bool inString = false, escaped = false;
-  for (char c : text) {
+  bool inString = false;
+  const char* at = text.c_str();
+  const char* const end = at + text.size();
+  while (at < end) {
+    at += std::strcspn(at, inString ? "\\\"" : "\"[]{}");
+    if (at >= end) break;
+    const char c = *at++;
+    if (c == '\0') continue;
     if (inString) {
-      if (escaped) {
-        escaped = false;
-      } else if (c == '\\') {
-        escaped = true;
-      } else if (c == '"') {
+      if (c == '\\') {
+        if (at < end) ++at;  // the escaped character
+      } else {
         inString = false;
       }
     } else if (c == '"') {
@@ -70,23 +76,28 @@ int NestingDepth(const std::string& text, int limit) {
     } else if (c == '[' || c == '{') {
       deepest = std::max(deepest, ++depth);
       if (deepest > limit) break;
-    } else if (c == ']' || c == '}') {
+    } else {
       --depth;
     }
   }
   return deepest;
 }
 
-// The whole content of an open file.
-std::string ReadAll(int fd, const std::string& path) {
-  std::string text;
-  char buffer[16384];
+// The whole content of an open file of about `expected` bytes, read in as few calls as it
+// takes.
+std::string ReadAll(int fd, const std::string& path, size_t expected) {
+  std::string text(expected + 1, '\0');  // one byte more: the end shows in the same read
+  size_t have = 0;
   for (;;) {
-    ssize_t n = read(fd, buffer, sizeof buffer);
+    if (have == text.size()) text.resize(text.size() * 2);
+    ssize_t n = read(fd, text.data() + have, text.size() - have);
     if (n < 0 && errno == EINTR) continue;
     if (n < 0) throw StateFileError(path + ": cannot read: " + ErrnoText());
-    if (n == 0) return text;
-    text.append(buffer, static_cast<size_t>(n));
+    if (n == 0) {
+      text.resize(have);
+      return text;
+    }
+    have += static_cast<size_t>(n);
   }
 }
 
@@ -178,7 +189,7 @@ nlohmann::json StateFile::ReadUnlocked(StateFileVersion* version) const {
   try {
     // The version of the file actually read, not of whatever the path names by now.
     if (fstat(fd, &st) != 0) throw StateFileError(path_ + ": cannot stat: " + ErrnoText());
-    text = ReadAll(fd, path_);
+    text = ReadAll(fd, path_, static_cast<size_t>(std::max<off_t>(st.st_size, 0)));
   } catch (...) {
     close(fd);
     throw;

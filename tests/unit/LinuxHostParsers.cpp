@@ -69,13 +69,13 @@ const char* kIpv6Route =
     "fe800000000000000000000000000001 00000400 00000001 00000000 00000003     eth0\n";
 
 const char* kCpuInfo =
-    "processor\t: 0\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 0\ncpu cores\t: "
+    "processor\t: 0\nmodel name\t: Sample(R) Server(R) 8-Core CPU @ 2.10GHz\nphysical id\t: 0\ncpu cores\t: "
     "2\n\n"
-    "processor\t: 1\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 0\ncpu cores\t: "
+    "processor\t: 1\nmodel name\t: Sample(R) Server(R) 8-Core CPU @ 2.10GHz\nphysical id\t: 0\ncpu cores\t: "
     "2\n\n"
-    "processor\t: 2\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 1\ncpu cores\t: "
+    "processor\t: 2\nmodel name\t: Sample(R) Server(R) 8-Core CPU @ 2.10GHz\nphysical id\t: 1\ncpu cores\t: "
     "2\n\n"
-    "processor\t: 3\nmodel name\t: Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz\nphysical id\t: 1\ncpu cores\t: "
+    "processor\t: 3\nmodel name\t: Sample(R) Server(R) 8-Core CPU @ 2.10GHz\nphysical id\t: 1\ncpu cores\t: "
     "2\n";
 
 class LinuxFixture : public ::testing::Test {
@@ -197,7 +197,7 @@ TEST(LinuxParsers, CpuAndMemory) {
   EXPECT_EQ(cpu.packages, 2u);
   EXPECT_EQ(cpu.cores, 4u);
   EXPECT_EQ(cpu.threads, 4u);
-  EXPECT_EQ(cpu.model, "Intel(R) Xeon(R) Gold 6130 CPU @ 2.10GHz");
+  EXPECT_EQ(cpu.model, "Sample(R) Server(R) 8-Core CPU @ 2.10GHz");
   // A machine that reports no package ids (many ARM boards) is one package.
   auto arm = Linux::ParseCpuInfo("processor\t: 0\nBogoMIPS\t: 48.00\n\nprocessor\t: 1\nBogoMIPS\t: 48.00\n");
   EXPECT_EQ(arm.packages, 1u);
