@@ -177,6 +177,14 @@ void MaybeUseTestClock() {
   Runtime::Get().SetClock(&clock);
 }
 
+// The screen cleared, then endwin and the Linux console's palette reset, undoing the
+// colour redefinitions.
+void EndCurses() {
+  erase();
+  refresh();
+  RestoreTerminal();
+}
+
 }  // namespace
 
 int ConsoleMain(int argc, char** argv, const ConsoleHooks& hooks) {
@@ -217,29 +225,23 @@ int ConsoleMain(int argc, char** argv, const ConsoleHooks& hooks) {
   Runtime::Get().startupTerminal = saved;
 
   if (!StartCurses(saved)) return 1;
-  // A host error ends the console normally. Any other error is a fault of the console: it
-  // ends the same tidy way (the host starts the console again), but with status 1, so the
-  // restart shows as a failure and not as an abort with a core dump and half a terminal.
-  // Nothing is said on the terminal: after ESC ] R most terminals other than the Linux
-  // console would take it for part of that sequence.
-  int status = 0;
+  // A host error ends the console normally. Any other error is a fault of the console and
+  // is not handled here: it is logged, the screen cleared and the terminal put back (the
+  // palette reset included), and then it goes on out of main, so the host sees an abort and
+  // keeps the core. Nothing is said on the terminal: after ESC ] R most terminals other
+  // than the Linux console would take it for part of that sequence.
   try {
     hooks.runFirstScreen();
   } catch (const HostCtl::Lib::HostCtlException& e) {
     Log(LOG_ERR, "KONU aborted by exception: %s", e.what());
   } catch (const std::exception& e) {
     Log(LOG_ERR, "KONU aborted by exception: %s", e.what());
-    status = 1;
-  } catch (...) {
-    Log(LOG_ERR, "KONU aborted by exception: of an unknown type");
-    status = 1;
+    EndCurses();
+    throw;
   }
-  erase();
-  refresh();
-  // endwin and the Linux console's palette reset, undoing the colour redefinitions.
-  RestoreTerminal();
+  EndCurses();
   Runtime::Get().SetHost(nullptr);
-  return status;
+  return 0;
 }
 
 }  // namespace Konu

@@ -1,6 +1,15 @@
 // Shell command lines that name host paths, placed on this machine.
 #include "host/CommandLine.h"
 
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "host/ChildRegistry.h"
+#include "host/HostCtlException.h"
 #include "host/HostRoot.h"
 
 namespace Konu {
@@ -64,6 +73,28 @@ std::string MapCommandLine(const std::string& commandLine,
 std::string HostCommandLine(const std::string& commandLine) {
   return MapCommandLine(commandLine,
                         [](const std::string& path) { return path == "/dev/null" ? path : HostPath(path); });
+}
+
+int RunQuietShell(const std::string& shell, const std::string& command, const char* const envp[],
+                  const std::string& shownAs, const char* directory) {
+  const char* argv[] = {"sh", "-c", command.c_str(), nullptr};
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  if (directory) posix_spawn_file_actions_addchdir_np(&actions, directory);
+  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+  pid_t pid = 0;
+  const int error = SpawnChild(&pid, shell.c_str(), &actions, nullptr, argv, envp);
+  posix_spawn_file_actions_destroy(&actions);
+  if (error != 0)
+    throw HostCtl::Lib::HostCtlException("Cannot run '" + shownAs + "': " + std::strerror(error));
+  int status = 0;
+  if (WaitChild(pid, &status, true) < 0)
+    throw HostCtl::Lib::HostCtlException("Cannot wait for '" + shownAs + "': " + std::strerror(errno));
+  if (WIFEXITED(status)) return WEXITSTATUS(status);
+  if (WIFSIGNALED(status)) return 128 + WTERMSIG(status);
+  return -1;
 }
 
 }  // namespace Konu

@@ -16,4 +16,11 @@ std::string MapCommandLine(const std::string& commandLine,
 // The command line with its host paths resolved through HostPath ("/dev/null" stays).
 std::string HostCommandLine(const std::string& commandLine);
 
+// Runs `shell -c command` with `envp` as its whole environment, in `directory` when one is
+// given, its standard streams on /dev/null (the console owns the terminal), and waits for
+// it. Gives its exit status, or 128 + the signal that ended it; throws a HostCtlException
+// naming `shownAs` when it cannot be started or waited for.
+int RunQuietShell(const std::string& shell, const std::string& command, const char* const envp[],
+                  const std::string& shownAs, const char* directory = nullptr);
+
 }  // namespace Konu

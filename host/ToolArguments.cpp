@@ -1,6 +1,9 @@
 // The command lines of the host's tools.
 #include "host/ToolArguments.h"
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace Konu {
 
 AdvCfgArguments ParseAdvCfg(const std::vector<std::string>& args) {
@@ -66,6 +69,24 @@ BacktraceArguments ParseBacktrace(const std::vector<std::string>& args) {
     }
   }
   a.ok = !a.process.empty() && a.pattern.find('/') == std::string::npos;
+  return a;
+}
+
+PingArguments ParsePing(const std::vector<std::string>& args) {
+  PingArguments a;
+  for (size_t i = 0; i < args.size(); ++i) {
+    bool hasNext = i + 1 < args.size();
+    if (args[i] == "-c" && hasNext) {
+      a.count = std::max(1, std::min(100, std::atoi(args[++i].c_str())));
+    } else if (args[i] == "-I" && hasNext) {
+      a.interface = args[++i];
+    } else if (!args[i].empty() && args[i][0] != '-' && a.address.empty()) {
+      a.address = args[i];
+    } else {
+      return a;
+    }
+  }
+  a.ok = !a.address.empty();
   return a;
 }
 

@@ -36,4 +36,14 @@ struct BacktraceArguments {
 };
 BacktraceArguments ParseBacktrace(const std::vector<std::string>& args);
 
+// nukping [-c COUNT] [-I INTERFACE] ADDRESS; COUNT from 1 to 100, no interface for the
+// management interface.
+struct PingArguments {
+  bool ok = false;
+  int count = 3;
+  std::string interface, address;
+  static constexpr const char* kUsage = "nukping [-c COUNT] [-I INTERFACE] ADDRESS";
+};
+PingArguments ParsePing(const std::vector<std::string>& args);
+
 }  // namespace Konu

@@ -72,28 +72,16 @@ int BackupSh(ToolRun& run) {
 // nukping [-c COUNT] [-I INTERFACE] ADDRESS: answers for the reachable addresses of the state,
 // sent through an interface that is up.
 int NukPing(ToolRun& run) {
-  int count = 3;
-  std::string interface, address;
-  const std::vector<std::string>& args = run.Args();
-  for (size_t i = 0; i < args.size(); ++i) {
-    bool hasNext = i + 1 < args.size();
-    if (args[i] == "-c" && hasNext) {
-      count = std::max(1, std::atoi(args[++i].c_str()));
-    } else if (args[i] == "-I" && hasNext) {
-      interface = args[++i];
-    } else if (!args[i].empty() && args[i][0] != '-' && address.empty()) {
-      address = args[i];
-    } else {
-      address.clear();
-      break;
-    }
-  }
-  if (address.empty()) {
-    run.Err("Usage: nukping [-c COUNT] [-I INTERFACE] ADDRESS\n");
+  const PingArguments ping = ParsePing(run.Args());
+  if (!ping.ok) {
+    run.Err(std::string("Usage: ") + PingArguments::kUsage + "\n");
     return 1;
   }
+  const int count = ping.count;
+  const std::string& address = ping.address;
   Json state = run.State().Read();
-  std::string nic = interface.empty() ? state["network"].value("managementInterface", "") : interface;
+  std::string nic =
+      ping.interface.empty() ? state["network"].value("managementInterface", "") : ping.interface;
   Json::json_pointer up("/network/nukNics/" + nic + "/up");
   if (!state.contains(up)) {
     run.Err("nukping: unknown interface " + nic + "\n");

@@ -78,26 +78,12 @@ int BackupSh(ToolRun& run) {
 
 // nukping [-c COUNT] [-I INTERFACE] ADDRESS through the machine's ping, with a deadline.
 int NukPing(ToolRun& run) {
-  const char* usage = "nukping [-c COUNT] [-I INTERFACE] ADDRESS";
-  int count = 3;
-  std::string interface, address;
-  const std::vector<std::string>& args = run.Args();
-  for (size_t i = 0; i < args.size(); ++i) {
-    bool hasNext = i + 1 < args.size();
-    if (args[i] == "-c" && hasNext) {
-      count = std::max(1, std::min(100, std::atoi(args[++i].c_str())));
-    } else if (args[i] == "-I" && hasNext) {
-      interface = args[++i];
-    } else if (!args[i].empty() && args[i][0] != '-' && address.empty()) {
-      address = args[i];
-    } else {
-      return run.Usage(usage, 2);
-    }
-  }
-  if (address.empty()) return run.Usage(usage, 2);
+  const PingArguments words = ParsePing(run.Args());
+  if (!words.ok) return run.Usage(PingArguments::kUsage, 2);
+  const int count = words.count;
   std::vector<std::string> argv = {"ping", "-c", std::to_string(count), "-w", std::to_string(count + 5)};
-  if (!interface.empty()) argv.insert(argv.end(), {"-I", interface});
-  argv.push_back(address);
+  if (!words.interface.empty()) argv.insert(argv.end(), {"-I", words.interface});
+  argv.push_back(words.address);
   HostCtl::Linux::CommandResult ping = run.Run(argv, count + 10);
   fputs(ping.out.c_str(), stdout);
   if (ping.missing || ping.timedOut) return run.Fail(HostCtl::Linux::DescribeFailure("ping", ping), 2);

@@ -3,12 +3,9 @@
 // Files read under the root: /sys/class/dmi/id/{sys_vendor, product_name}, /proc/cpuinfo,
 // /proc/meminfo, /etc/vconsole.conf, /etc/default/keyboard, /usr/share/keymaps/,
 // /usr/share/kbd/keymaps/, /etc/os-release, /proc/sys/kernel/{osrelease, version}.
-#include <fcntl.h>
 #include <pwd.h>
-#include <spawn.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 #include <syslog.h>
 #include <unistd.h>
 
@@ -20,7 +17,6 @@
 #include <set>
 #include <vector>
 
-#include "host/ChildRegistry.h"
 #include "host/CommandLine.h"
 #include "host/HostCtlException.h"
 #include "host/HostRoot.h"
@@ -166,24 +162,8 @@ int LinuxShellExec::NukCtl_Exec(const std::string& commandLine, bool, bool, bool
   std::string command = Konu::HostCommandLine(commandLine);
   std::string toolPath = Konu::HostToolSearchPath();
   std::string path = "PATH=" + (toolPath.empty() ? std::string(kToolFolder) : toolPath);
-  const char* argv[] = {"sh", "-c", command.c_str(), nullptr};
   const char* envp[] = {"PYTHONHOME=/", path.c_str(), nullptr};
-  // The console owns the terminal: the command's output must not reach the screen.
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
-  posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-  pid_t pid = 0;
-  int error = Konu::SpawnChild(&pid, "/bin/sh", &actions, nullptr, argv, envp);
-  posix_spawn_file_actions_destroy(&actions);
-  if (error != 0) throw Lib::HostCtlException("Cannot run '" + commandLine + "': " + std::strerror(error));
-  int status = 0;
-  if (Konu::WaitChild(pid, &status, true) < 0)
-    throw Lib::HostCtlException("Cannot wait for '" + commandLine + "': " + std::strerror(errno));
-  if (WIFEXITED(status)) return WEXITSTATUS(status);
-  if (WIFSIGNALED(status)) return 128 + WTERMSIG(status);
-  return -1;
+  return Konu::RunQuietShell("/bin/sh", command, envp, commandLine);
 }
 
 namespace {

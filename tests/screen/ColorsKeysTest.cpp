@@ -13,6 +13,7 @@
 #include "app/Keys.h"
 #include "app/Runtime.h"
 #include "tests/harness/Terminal.h"
+#include "tests/screen/UiChild.h"
 
 namespace Konu {
 namespace {
@@ -84,18 +85,8 @@ TEST(KeyTable, EverySequenceInItsOrder) {
 
 // The console's own terminal set-up on the pty of a forked child, then `body`.
 int WithCurses(const std::function<int()>& body) {
-  SCREEN* screen = newterm(nullptr, stdout, stdin);
-  if (screen == nullptr) return 90;
-  set_term(screen);
-  start_color();
-  curs_set(0);
-  cbreak();
-  noecho();
-  keypad(stdscr, TRUE);
-  int result = body();
-  endwin();
-  delscreen(screen);
-  return result;
+  KonuTest::UiCurses curses;
+  return curses.Ok() ? body() : 90;
 }
 
 std::string Shown(const std::string& bytes) { return bytes[0] == '\033' ? "ESC " + bytes.substr(1) : "DEL"; }

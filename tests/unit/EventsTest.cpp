@@ -221,15 +221,6 @@ TEST(EventTable, EveryEventFollowsTheMarkerConvention) {
             "@&!*@*@(zeb.user.konu.login.passwd.changed)Login password for user %s changed");
 }
 
-TEST_F(EventsTest, AuditRecordsCarryAnEmptyOriginAndTheirPairs) {
-  WriteAudit("login.connect", "root", 1);
-  WriteAudit("login.connect", "mallory", 0, {{"reason", "Invalid Login"}});
-  WriteAudit("login.disconnect", "root", 1, {{"reason", "Session closed"}});
-  EXPECT_EQ(R().calls, (Calls{"audit login.connect user=root origin=[] success=1",
-                              "audit login.connect user=mallory origin=[] success=0 reason=Invalid Login",
-                              "audit login.disconnect user=root origin=[] success=1 reason=Session closed"}));
-}
-
 TEST_F(EventsTest, FailedAuditIsLoggedNotThrown) {
   R().auditThrows = true;
   EXPECT_NO_THROW(WriteAudit("login.connect", "root", 1));

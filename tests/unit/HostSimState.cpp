@@ -243,13 +243,4 @@ TEST(HostSimFaults, CountedFaultIsUsedUpThenGone) {
   EXPECT_TRUE(s["faults"]["tools"].empty());
 }
 
-TEST(HostSimFaults, OperationFaultGivesItsMessage) {
-  Json s = Konu::Sim::DefaultHostState();
-  EXPECT_FALSE(Konu::Sim::OperationFault(s, "NetworkInfo.SetNukIpv6Enabled"));
-  s["faults"]["operations"]["NetworkInfo.SetNukIpv6Enabled"] = "Unable to set IPv6 state";
-  EXPECT_EQ(Konu::Sim::OperationFault(s, "NetworkInfo.SetNukIpv6Enabled")->message,
-            "Unable to set IPv6 state");
-  EXPECT_FALSE(Konu::Sim::OperationFault(s, "NetworkInfo.IsNukIpv6Enabled"));
-}
-
 }  // namespace
