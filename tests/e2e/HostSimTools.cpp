@@ -274,12 +274,6 @@ TEST_F(HostSimTools, FactoryResetRestoresConfigurationButKeepsFaultsAndMachines)
   EXPECT_EQ(host.Tool("/sbin/firmwareConfig.py").exitCode, 2);
 }
 
-TEST_F(HostSimTools, BackupIsRecorded) {
-  EXPECT_EQ(host.Tool("/sbin/backup.sh").exitCode, 0);
-  EXPECT_EQ(Get("/backups").size(), 1u);
-  ExpectLastRun(host, {"backup.sh"}, ProcessUser(), 0);
-}
-
 TEST_F(HostSimTools, PingAnswersForReachableAddressesThroughAnUpInterface) {
   EXPECT_EQ(host.Tool("/bin/nukping", {"-c", "3", "10.0.0.1"}).exitCode, 0);
   EXPECT_EQ(host.Tool("/bin/nukping", {"-c", "3", "-I", "nuk0", "10.0.0.2"}).exitCode, 0);
