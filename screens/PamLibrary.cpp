@@ -35,8 +35,10 @@ std::optional<PamLibrary> Resolve(const SharedLibrary& library) {
 }  // namespace
 
 const PamLibrary* LoadPam() {
-  // Loaded once and kept: the PAM modules it loads in turn come and go with each transaction.
-  static const SharedLibrary library(kLibPam);
+  // Loaded once and never unloaded, not even at exit, where unloading would only cost time
+  // and leave the library's own leftovers nameless to a leak checker. The PAM modules it
+  // loads in turn come and go with each transaction.
+  static const SharedLibrary& library = *new SharedLibrary(kLibPam);
   static const std::optional<PamLibrary> pam = []() -> std::optional<PamLibrary> {
     if (library.Loaded()) return Resolve(library);
     Log(LOG_AUTH | LOG_ERR, "cannot load %s: %s", kLibPam, library.Error().c_str());

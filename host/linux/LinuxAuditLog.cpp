@@ -25,8 +25,9 @@ struct AuditLibrary {
       library.Get<decltype(&audit_encode_nv_string)>("audit_encode_nv_string");
 };
 
+// Loaded once and never unloaded, as libpam (screens/PamLibrary.cpp).
 const AuditLibrary& Audit() {
-  static const AuditLibrary audit;
+  static const AuditLibrary& audit = *new AuditLibrary;
   return audit;
 }
 

@@ -98,6 +98,7 @@ TEST_F(Keyboard, SpaceMarksOneLayoutEnterAppliesTheMarkOrTheCurrentOneAndEscNoth
       for (int i = 0; i < times && !key.empty(); ++i) term.Press(key.substr(0, star));
       if (text.empty()) continue;
       ASSERT_TRUE(term.WaitForText(text)) << text << "\n" << term.Screen();
+      ASSERT_TRUE(term.WaitUntilPolling());  // the whole update, not its first rows
       EXPECT_EQ(1, Marks(term)) << "one mark at a time: " << term.Screen();
     }
     ASSERT_TRUE(term.WaitForText("RESULT=" + std::to_string(c.result))) << term.Screen();

@@ -169,7 +169,8 @@ int DrawSamples(bool attributeWord) {
     color_content(index, &red, &green, &blue);
     printw("%d=%d,%d,%d ", index, red, green, blue);
   }
-  mvaddstr(10, 0, "done");
+  // Below everything else: curses sends an update top to bottom, in several writes.
+  mvaddstr(12, 0, "done");
   refresh();
   getch();
   return 0;
