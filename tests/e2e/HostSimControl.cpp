@@ -23,12 +23,6 @@ class HostSimControl : public ::testing::Test {
   }
 };
 
-TEST_F(HostSimControl, GetPrintsJson) {
-  EXPECT_EQ(Get("/network/nukNics/nuk0/ipv4/address"), "10.0.0.5");
-  EXPECT_EQ(Get("/advancedOptions/~1UserVars~1KonuTimeOut/value"), 600);
-  EXPECT_EQ(Get("/network/pnics").size(), 4u);
-}
-
 TEST_F(HostSimControl, SetReplacesAddsAndAppends) {
   EXPECT_EQ(host.Control({"set", "/host/hostname", "\"konu-lab-7\""}).exitCode, 0);
   EXPECT_EQ(Get("/host/hostname"), "konu-lab-7");
