@@ -494,8 +494,9 @@ TEST_F(NetworkAddresses, TypicalStaticChangeIsAppliedInOrder) {
   Terminal term(25, 80);
   Open(term);
   Edit(term, 2, "IPv4 Configuration", kStaticChoice);
-  Fill(term, kStaticChoice,
-       {"Down", "Down", "Down", "10.0.0.9", "Down", "255.255.0.0", "Down", "10.0.0.254"});
+  Fill(
+      term, kStaticChoice,
+      {"Down", "Down", "Down", "1a0.0.0.9", "Down", "255.255.0.0", "Down", "10.0.0.254"});  // letters ignored
   Leave(term, "Apply changes and restart management network?", "Esc");
   ASSERT_TRUE(term.WaitForNoText("Apply changes")) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());
@@ -577,7 +578,7 @@ TEST_F(NetworkAddresses, Ipv6ToggledAloneAppliesAndRestartsTheHost) {
 }
 
 // A primary server of 0.0.0.0 and an IPv6 server of "::" add no server; the suffixes are
-// split at commas and blanks, empty pieces skipped.
+// taken as typed, without braces, and split at commas and blanks, empty pieces skipped.
 TEST_F(NetworkAddresses, DnsServersAndSuffixesAsApplied) {
   Terminal term(24, 80);
   Open(term);
@@ -585,7 +586,7 @@ TEST_F(NetworkAddresses, DnsServersAndSuffixesAsApplied) {
   Edit(term, 4, "DNS Configuration", manual);
   Fill(term, manual, {"Down", "Down", "0.0.0.0", "Down", "::"});
   Edit(term, 1, "Custom DNS Suffixes", "Suffixes:");
-  Fill(term, "Suffixes:", {"a.test, b.test,,c.test"});
+  Fill(term, "Suffixes:", {"a.test, b.test,,{c}.test"});  // typed at once; braces are not taken
   Leave(term, "Apply changes and restart management network?", "Y");
   FinishDialogChild(term, 1);
   ExpectLogOrder({"Setting nameservers to 0.0.0.0 ::", "Setting suffixes to a.test, b.test,,c.test",
