@@ -19,17 +19,16 @@ using nlohmann::json;
 
 class NetworkScreen : public SimHostFixture {
  protected:
-  void Open(Terminal& term) {
+  // Runs the screen in a pty child; `ready` waits until it reads keys.
+  void Open(Terminal& term, bool ready = true) {
     DialogChildSetup setup{Root(), false, "root"};
     term.Fork(
         [setup] {
-          return KonuTest::RunDialogChild(setup, [](Konu::Frame& owner) {
-            Konu::NetworkWindow window(&owner);
-            return window.Run();
-          });
+          return KonuTest::RunDialogChild(
+              setup, [](Konu::Frame& owner) { return Konu::NetworkWindow(&owner).Run(); });
         },
         KonuTest::UiEnv());
-    Ready(term, "<Esc> Exit");
+    if (ready) Ready(term, "<Esc> Exit");
   }
 
   // Moves the selection down `steps` entries and waits for the entry's pane heading.
@@ -425,13 +424,7 @@ TEST_F(NetworkScreen, WithoutAUsableInterfaceTheScreenSaysSo) {
   }
   SetState("/network/managementInterface", "");
   Terminal term(24, 80);
-  DialogChildSetup setup{Root(), false, "root"};
-  term.Fork(
-      [setup] {
-        return KonuTest::RunDialogChild(setup,
-                                        [](Konu::Frame& owner) { return Konu::NetworkWindow(&owner).Run(); });
-      },
-      KonuTest::UiEnv());
+  Open(term, false);
   Ready(term, "Management network interface cannot be found.");
   EXPECT_TRUE(Contains(term.Screen(), "Enable Management Network: Error")) << term.Screen();
   EXPECT_FALSE(Contains(term.Screen(), "Network Adapters")) << term.Screen();
