@@ -1,6 +1,7 @@
-// The simulated host's tools as the console runs them: each acts on the host state and leaves
-// its journal line; injected faults make them fail or hang; poweroff and reboot end only the
-// console of their own host.
+// konu-hostsim and the simulated host's tools as the console runs them: each tool acts on the
+// host state and leaves its journal line; injected faults make them fail or hang; the control
+// command reads and edits the state with clear refusals; poweroff, reboot and the card reader
+// signal only the console of their own host.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -15,26 +16,9 @@ using Json = nlohmann::json;
 using KonuTest::CommandResult;
 using KonuTest::ReadFileText;
 using KonuTest::SimHost;
+using KonuTest::TempDir;
 
-std::vector<Json> Journal(const SimHost& host) {
-  std::vector<Json> lines;
-  std::istringstream in(ReadFileText(host.File("/var/log/hostsim.log")));
-  std::string line;
-  while (std::getline(in, line)) lines.push_back(Json::parse(line));
-  return lines;
-}
-
-// The journal's last line must be this run: argument vector, user and exit.
-void ExpectLastRun(const SimHost& host, const std::vector<std::string>& argv, const std::string& user,
-                   const Json& exit) {
-  std::vector<Json> lines = Journal(host);
-  ASSERT_FALSE(lines.empty());
-  EXPECT_EQ(lines.back()["argv"], Json(argv));
-  EXPECT_EQ(lines.back()["user"], user);
-  EXPECT_EQ(lines.back()["exit"], exit);
-}
-
-class HostSimTools : public ::testing::Test {
+class HostSim : public ::testing::Test {
  protected:
   SimHost host{KONU_HOSTSIM_BIN};
   Konu::Sim::StateFile state{host.Root()};
@@ -42,11 +26,42 @@ class HostSimTools : public ::testing::Test {
   void Set(const std::string& pointer, const Json& value) {
     state.Update([&](Json& s) { s[Json::json_pointer(pointer)] = value; });
   }
-  std::string ProcessUser() {
+  // What `konu-hostsim get` prints, parsed back.
+  Json Printed(const std::string& pointer) {
+    CommandResult r = host.Control({"get", pointer});
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    return Json::parse(r.out);
+  }
+  // A command line as the console starts it: the host's /bin/sh -c with only the host's tool
+  // folders on PATH.
+  CommandResult Shell(const std::string& command) {
+    return KonuTest::RunCommandLine(
+        {host.File("/bin/sh"), "-c", command},
+        {"PATH=" + host.Root() + "/bin:" + host.Root() + "/sbin", "PYTHONHOME=/"});
+  }
+  std::vector<Json> Journal() const {
+    std::vector<Json> lines;
+    std::istringstream in(ReadFileText(host.File("/var/log/hostsim.log")));
+    std::string line;
+    while (std::getline(in, line)) lines.push_back(Json::parse(line));
+    return lines;
+  }
+  // The journal's last line must be this run: argument vector, user and exit.
+  void ExpectLastRun(const std::vector<std::string>& argv, const std::string& user, const Json& exit) {
+    std::vector<Json> lines = Journal();
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.back()["argv"], Json(argv));
+    EXPECT_EQ(lines.back()["user"], user);
+    EXPECT_EQ(lines.back()["exit"], exit);
+  }
+  static std::string ProcessUser() {
     CommandResult r = KonuTest::RunCommandLine({"/usr/bin/id", "-un"});
     return r.out.substr(0, r.out.find('\n'));
   }
 };
+using HostSimTools = HostSim;
+using HostSimControl = HostSim;
+using HostSimPower = HostSim;
 
 TEST_F(HostSimTools, CreateMakesEveryFile) {
   for (const char* tool :
@@ -121,7 +136,7 @@ TEST_F(HostSimTools, QalCmdRefusesUnknownUsersWith255) {
   EXPECT_EQ(r.exitCode, 255);
   EXPECT_NE(r.err.find("mallory"), std::string::npos);
   EXPECT_EQ(Get("/services/SSH/running"), false);
-  ExpectLastRun(host, {"qal-cmd", "-U", "mallory", "hostsvc/start_ssh"}, "mallory", 255);
+  ExpectLastRun({"qal-cmd", "-U", "mallory", "hostsvc/start_ssh"}, "mallory", 255);
   EXPECT_EQ(host.Tool("/bin/qal-cmd", {"-U", "", "internalsvc/refresh"}).exitCode, 255);
   EXPECT_EQ(host.Tool("/bin/qal-cmd", {"-U", "konu", "internalsvc/refresh"}).exitCode, 0);
 }
@@ -130,7 +145,7 @@ TEST_F(HostSimTools, QalCmdLockdownQueriesAndSwitches) {
   auto query = [&](const char* q) { return host.Tool("/bin/qal-cmd", {"-U", "konu", q}); };
   EXPECT_EQ(query("qalsvc/auth/lockdown_is_enabled").out, "false\n");
   EXPECT_EQ(query("qalsvc/auth/lockdown_is_possible").out, "true\n");
-  ExpectLastRun(host, {"qal-cmd", "-U", "konu", "qalsvc/auth/lockdown_is_possible"}, "konu", 0);
+  ExpectLastRun({"qal-cmd", "-U", "konu", "qalsvc/auth/lockdown_is_possible"}, "konu", 0);
 
   EXPECT_EQ(query("qalsvc/auth/lockdown_mode_enter").exitCode, 0);
   EXPECT_EQ(Get("/lockdown/enabled"), true);
@@ -173,7 +188,7 @@ TEST_F(HostSimTools, InitScriptsStartStopAndAnswerStatus) {
         {host.File("/bin/sh"), host.File(std::string("/etc/init.d/") + name), action}, {"PYTHONHOME=/"});
   };
   EXPECT_EQ(script("SSH", "status").exitCode, 3);
-  ExpectLastRun(host, {"SSH", "status"}, ProcessUser(), 3);
+  ExpectLastRun({"SSH", "status"}, ProcessUser(), 3);
   EXPECT_EQ(script("SSH", "start").exitCode, 0);
   EXPECT_EQ(script("SSH", "status").exitCode, 0);
   EXPECT_EQ(script("OrinShell", "status").exitCode, 3);
@@ -188,7 +203,7 @@ TEST_F(HostSimTools, AdvancedOptionsReadAndSet) {
   CommandResult read = host.Tool("/sbin/orincfg-advcfg", {"-q", "-g", "/UserVars/OrinShellTimeOut"});
   EXPECT_EQ(read.exitCode, 0);
   EXPECT_EQ(read.out, "0\n");
-  ExpectLastRun(host, {"orincfg-advcfg", "-q", "-g", "/UserVars/OrinShellTimeOut"}, ProcessUser(), 0);
+  ExpectLastRun({"orincfg-advcfg", "-q", "-g", "/UserVars/OrinShellTimeOut"}, ProcessUser(), 0);
 
   std::vector<std::string> set = {"system", "settings", "advanced", "set", "-o", "/UserVars/OrinShellTimeOut",
                                   "-i",     "900"};
@@ -225,7 +240,7 @@ TEST_F(HostSimTools, PowerOffVmsTerminatesOnlyWhenAsked) {
   EXPECT_EQ(Get("/vms/1/powerState"), "poweredOn");
   EXPECT_EQ(host.Tool("/bin/powerOffVms", {"--terminate"}).exitCode, 0);
   EXPECT_EQ(Get("/vms/1/powerState"), "poweredOff");
-  ExpectLastRun(host, {"powerOffVms", "--terminate"}, ProcessUser(), 0);
+  ExpectLastRun({"powerOffVms", "--terminate"}, ProcessUser(), 0);
 }
 
 TEST_F(HostSimTools, ServicesRestartAndLiveCore) {
@@ -258,11 +273,7 @@ TEST_F(HostSimTools, FactoryResetRestoresConfigurationButKeepsFaultsAndMachines)
   host.SetPassword("root", "changed");
   Set("/vms/0/powerState", "poweredOff");
   Set("/faults/operations/DnsConfig.SaveConfig", "disk full");
-  CommandResult r = KonuTest::RunCommandLine(
-      {host.File("/bin/sh"), "-c", "/sbin/firmwareConfig.py --reset-only > /dev/null 2>&1"},
-      {"PATH=" + host.Root() + "/bin:" + host.Root() + "/sbin"});
-  // The console's command line names the host path; on a simulated host the runner maps it.
-  if (r.exitCode != 0) r = host.Tool("/sbin/firmwareConfig.py", {"--reset-only"});
+  CommandResult r = host.Tool("/sbin/firmwareConfig.py", {"--reset-only"});
   EXPECT_EQ(r.exitCode, 0) << r.err;
   EXPECT_EQ(Get("/host/hostname"), "konu-host");
   EXPECT_EQ(Get("/advancedOptions/~1UserVars~1KonuTimeOut/value"), 600);
@@ -270,14 +281,8 @@ TEST_F(HostSimTools, FactoryResetRestoresConfigurationButKeepsFaultsAndMachines)
   EXPECT_EQ(Get("/vms/0/powerState"), "poweredOff");
   EXPECT_EQ(Get("/faults/operations/DnsConfig.SaveConfig"), "disk full");
   EXPECT_EQ(Get("/factoryResets"), 1);
-  ExpectLastRun(host, {"firmwareConfig.py", "--reset-only"}, ProcessUser(), 0);
+  ExpectLastRun({"firmwareConfig.py", "--reset-only"}, ProcessUser(), 0);
   EXPECT_EQ(host.Tool("/sbin/firmwareConfig.py").exitCode, 2);
-}
-
-TEST_F(HostSimTools, BackupIsRecorded) {
-  EXPECT_EQ(host.Tool("/sbin/backup.sh").exitCode, 0);
-  EXPECT_EQ(Get("/backups").size(), 1u);
-  ExpectLastRun(host, {"backup.sh"}, ProcessUser(), 0);
 }
 
 TEST_F(HostSimTools, PingAnswersForReachableAddressesThroughAnUpInterface) {
@@ -289,7 +294,7 @@ TEST_F(HostSimTools, PingAnswersForReachableAddressesThroughAnUpInterface) {
   EXPECT_EQ(host.Tool("/bin/nukping", {"-c", "3", "-I", "nuk7", "10.0.0.1"}).exitCode, 1);
   Set("/network/nukNics/nuk0/up", false);
   EXPECT_EQ(host.Tool("/bin/nukping", {"-c", "3", "10.0.0.1"}).exitCode, 1);
-  ExpectLastRun(host, {"nukping", "-c", "3", "10.0.0.1"}, ProcessUser(), 1);
+  ExpectLastRun({"nukping", "-c", "3", "10.0.0.1"}, ProcessUser(), 1);
 }
 
 TEST_F(HostSimTools, FaultMakesAToolFailWithoutActing) {
@@ -298,7 +303,7 @@ TEST_F(HostSimTools, FaultMakesAToolFailWithoutActing) {
   EXPECT_EQ(r.exitCode, 3);
   EXPECT_EQ(r.err, "Connection refused\n");
   EXPECT_EQ(Get("/services/SSH/running"), false);
-  ExpectLastRun(host, {"qal-cmd", "-U", "root", "hostsvc/start_ssh"}, ProcessUser(), 3);
+  ExpectLastRun({"qal-cmd", "-U", "root", "hostsvc/start_ssh"}, ProcessUser(), 3);
   // Other commands of the same tool still work.
   EXPECT_EQ(host.Tool("/bin/qal-cmd", {"-U", "root", "hostsvc/start_orin_shell"}).exitCode, 0);
 }
@@ -326,7 +331,7 @@ TEST_F(HostSimTools, HangingToolRunsUntilKilled) {
   pid_t pid = 0;
   ASSERT_EQ(posix_spawn(&pid, "/bin/sh", nullptr, nullptr, argv, envp), 0);
   ASSERT_TRUE(KonuTest::WaitFor([&] {
-    std::vector<Json> lines = Journal(host);
+    std::vector<Json> lines = Journal();
     return !lines.empty() && lines.back()["exit"] == "hang";
   }));
   int status = 0;
@@ -334,17 +339,219 @@ TEST_F(HostSimTools, HangingToolRunsUntilKilled) {
   kill(pid, SIGKILL);
   ASSERT_EQ(waitpid(pid, &status, 0), pid);
   EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
-  ExpectLastRun(host, {"SSH", "status"}, ProcessUser(), "hang");
+  ExpectLastRun({"SSH", "status"}, ProcessUser(), "hang");
 }
 
-TEST_F(HostSimTools, MalformedStateMakesToolsFailWithTheFileNamed) {
+// A hand-edited state with a syntax error: tools and the control command fail with the file
+// and line named, and nobody writes over it.
+TEST_F(HostSimTools, MalformedStateIsNamedByToolsAndControlAndKept) {
   std::string path = host.File("/etc/konu-sim/host.json");
-  { std::ofstream(path, std::ios::trunc) << "{\"users\": [1, 2,]}"; }
+  const std::string broken = "{\n\"users\": [1, 2,]}";
+  { std::ofstream(path, std::ios::trunc) << broken; }
   CommandResult r = host.Tool("/bin/qal-cmd", {"-U", "root", "hostsvc/start_ssh"});
   EXPECT_EQ(r.exitCode, 2);
   EXPECT_NE(r.err.find(path), std::string::npos) << r.err;
-  EXPECT_EQ(ReadFileText(path), "{\"users\": [1, 2,]}");
-  ExpectLastRun(host, {"qal-cmd", "-U", "root", "hostsvc/start_ssh"}, "root", 2);
+  ExpectLastRun({"qal-cmd", "-U", "root", "hostsvc/start_ssh"}, "root", 2);
+  for (const auto& args : {std::vector<std::string>{"get", "/power/state"},
+                           std::vector<std::string>{"set", "/power/state", "\"off\""}}) {
+    CommandResult c = host.Control(args);
+    EXPECT_EQ(c.exitCode, 2);
+    EXPECT_NE(c.err.find(path), std::string::npos) << c.err;
+    EXPECT_NE(c.err.find("line 2"), std::string::npos) << c.err;
+  }
+  EXPECT_EQ(ReadFileText(path), broken);
+}
+
+TEST_F(HostSimControl, SetReplacesAddsAndAppends) {
+  EXPECT_EQ(host.Control({"set", "/host/hostname", "\"konu-lab-7\""}).exitCode, 0);
+  EXPECT_EQ(Printed("/host/hostname"), "konu-lab-7");
+  EXPECT_EQ(host.Control({"set", "/userOptions/PXEBootEnabled", "true"}).exitCode, 0);
+  struct stat file {};
+  ASSERT_EQ(stat(host.File("/etc/konu-sim/host.json").c_str(), &file), 0);
+  EXPECT_EQ(file.st_mode & 0777, 0600u) << "the state holds secrets: its owner's only";
+  EXPECT_EQ(Printed("/userOptions/PXEBootEnabled"), true);
+  EXPECT_EQ(host.Control({"set", "/network/reachable/-", "\"192.0.2.1\""}).exitCode, 0);
+  EXPECT_EQ(Printed("/network/reachable").back(), "192.0.2.1");
+  EXPECT_EQ(host.Control({"set", "/faults/tools/qal-cmd", R"({"exitCode": 1, "times": 2})"}).exitCode, 0);
+  EXPECT_EQ(Printed("/faults/tools/qal-cmd/times"), 2);
+  EXPECT_EQ(host.Control({"unset", "/userOptions/PXEBootEnabled"}).exitCode, 0);
+  EXPECT_EQ(host.Control({"get", "/userOptions/PXEBootEnabled"}).exitCode, 2);
+  EXPECT_EQ(host.Control({"unset", "/vms/0"}).exitCode, 0);
+  EXPECT_EQ(Printed("/vms").size(), 1u);
+}
+
+TEST_F(HostSimControl, BadRequestsExitTwoAndChangeNothing) {
+  std::string before = ReadFileText(host.File("/etc/konu-sim/host.json"));
+  struct Case {
+    std::vector<std::string> args;
+    const char* message;
+  };
+  const Case cases[] = {
+      {{"get", "/network/nukNics/nuk9"}, "/network/nukNics/nuk9"},
+      {{"get", "network"}, "bad JSON pointer"},
+      {{"set", "/host/hostname", "unquoted text"}, "not JSON"},
+      {{"set", "/no/such/parent", "1"}, "/no/such"},
+      {{"set", "/vms/7", "{}"}, "/vms/7"},
+      {{"set", "", "{}"}, "whole state"},
+      {{"unset", "/host/nothing"}, "/host/nothing"},
+      {{"frobnicate"}, "unknown"},
+      {{"get"}, "incomplete"},
+  };
+  for (const Case& c : cases) {
+    CommandResult r = host.Control(c.args);
+    EXPECT_EQ(r.exitCode, 2) << c.args[0];
+    EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
+  }
+  EXPECT_EQ(ReadFileText(host.File("/etc/konu-sim/host.json")), before);
+}
+
+TEST_F(HostSimControl, JournalListsToolRuns) {
+  EXPECT_EQ(host.Control({"journal"}).out, "");
+  host.Tool("/bin/qal-cmd", {"-U", "root", "qalsvc/auth/lockdown_is_enabled"});
+  host.Tool("/sbin/backup.sh");
+  CommandResult text = host.Control({"journal"});
+  EXPECT_EQ(text.exitCode, 0);
+  EXPECT_NE(text.out.find("qal-cmd -U root qalsvc/auth/lockdown_is_enabled  (user root, exit 0)"),
+            std::string::npos)
+      << text.out;
+  CommandResult json = host.Control({"journal", "--json"});
+  std::istringstream lines(json.out);
+  std::string line;
+  std::vector<Json> parsed;
+  while (std::getline(lines, line)) parsed.push_back(Json::parse(line));
+  ASSERT_EQ(parsed.size(), 2u);
+  EXPECT_EQ(parsed[1]["argv"], Json({"backup.sh"}));
+}
+
+TEST(HostSimCommand, HelpAndUsageErrors) {
+  CommandResult help = KonuTest::RunCommandLine({KONU_HOSTSIM_BIN, "--help"});
+  EXPECT_EQ(help.exitCode, 0);
+  EXPECT_NE(help.out.find("konu-hostsim create DIR"), std::string::npos);
+  EXPECT_EQ(KonuTest::RunCommandLine({KONU_HOSTSIM_BIN}).exitCode, 2);
+  EXPECT_EQ(KonuTest::RunCommandLine({KONU_HOSTSIM_BIN, "--bogus"}).exitCode, 2);
+  EXPECT_EQ(KonuTest::RunCommandLine({KONU_HOSTSIM_BIN, "create"}).exitCode, 2);
+  EXPECT_EQ(KonuTest::RunCommandLine({KONU_HOSTSIM_BIN, "--root"}).exitCode, 2);
+  EXPECT_EQ(KonuTest::RunCommandLine({KONU_HOSTSIM_BIN, "--tool", "/tmp", "no-such-tool"}).exitCode, 127);
+}
+
+// A stand-in console: a shell started under the name "konu" with the host root among its
+// arguments, as `konu --host-root DIR` would be. It notes each SIGUSR1 and exits 0 on SIGTERM.
+class FakeConsole {
+ public:
+  FakeConsole(const std::string& name, const std::string& root) : notes_(dir_.Path() + "/notes") {
+    std::string program = dir_.Path() + "/" + name;
+    if (symlink("/bin/sh", program.c_str()) != 0) throw std::runtime_error("symlink failed");
+    std::string script = "trap 'echo USR1 >> " + notes_ + "' USR1; trap 'echo TERM >> " + notes_ +
+                         "; exit 0' TERM; echo ready > " + notes_ + "; while :; do sleep 0.02; done";
+    std::string rootArg = "--host-root=" + root;
+    char* argv[] = {program.data(), const_cast<char*>("-c"),
+                    script.data(),  const_cast<char*>("konu"),
+                    rootArg.data(), nullptr};
+    char* envp[] = {const_cast<char*>("PATH=/usr/bin:/bin"), nullptr};
+    if (posix_spawn(&pid_, program.c_str(), nullptr, nullptr, argv, envp) != 0)
+      throw std::runtime_error("spawn failed");
+    KonuTest::WaitFor([&] { return Notes().find("ready") != std::string::npos; });
+  }
+  ~FakeConsole() {
+    if (pid_ > 0 && !reaped_) {
+      kill(pid_, SIGKILL);
+      waitpid(pid_, nullptr, 0);
+    }
+  }
+  FakeConsole(const FakeConsole&) = delete;
+  FakeConsole& operator=(const FakeConsole&) = delete;
+
+  pid_t Pid() const { return pid_; }
+  std::string Notes() const { return ReadFileText(notes_); }
+  void WritePidFile(const SimHost& host) const {
+    std::ofstream(host.File("/var/run/konu.pid"), std::ios::trunc) << pid_ << "\n";
+  }
+  // True when it exited 0 after a SIGTERM within the deadline.
+  bool EndedBySigterm() {
+    int status = 0;
+    bool ended = KonuTest::WaitFor([&] { return waitpid(pid_, &status, WNOHANG) == pid_; });
+    reaped_ = ended;
+    return ended && WIFEXITED(status) && WEXITSTATUS(status) == 0 &&
+           Notes().find("TERM") != std::string::npos;
+  }
+  bool StillRunning() const { return kill(pid_, 0) == 0 && Notes().find("TERM") == std::string::npos; }
+
+ private:
+  TempDir dir_;
+  std::string notes_;
+  pid_t pid_ = 0;
+  bool reaped_ = false;
+};
+
+TEST_F(HostSimPower, PoweroffMarksTheHostOffAndEndsItsConsole) {
+  // The command must resolve to the simulated tool, never the machine's own.
+  ASSERT_EQ(access(host.File("/bin/poweroff").c_str(), X_OK), 0);
+  FakeConsole console("konu", host.Root());
+  console.WritePidFile(host);
+  CommandResult r = Shell("poweroff");
+  EXPECT_EQ(r.exitCode, 0) << r.err;
+  EXPECT_EQ(state.Get("/power/state"), "off");
+  EXPECT_EQ(state.Get("/power/history"), Json::parse(R"([{"action": "poweroff", "forced": false}])"));
+  ExpectLastRun({"poweroff"}, ProcessUser(), 0);
+  EXPECT_TRUE(console.EndedBySigterm()) << console.Notes();
+}
+
+TEST_F(HostSimPower, RebootAndForcedRebootAreToldApart) {
+  state.Update([](Json& s) { s["network"]["ipv6EnabledAfterReboot"] = false; });
+  EXPECT_EQ(state.Get("/network/ipv6Enabled"), true);
+  EXPECT_EQ(Shell("reboot").exitCode, 0);
+  EXPECT_EQ(state.Get("/power/state"), "rebooting");
+  EXPECT_EQ(state.Get("/network/ipv6Enabled"), false) << "the host boots with the IPv6 setting chosen for it";
+  EXPECT_EQ(Shell("reboot -f").exitCode, 0);
+  EXPECT_EQ(state.Get("/power/history/1"), (Json{{"action", "reboot"}, {"forced", true}}));
+  EXPECT_EQ(Journal().back()["argv"], Json({"reboot", "-f"}));
+  EXPECT_NE(Shell("reboot --now").exitCode, 0);
+}
+
+TEST_F(HostSimPower, WithoutAConsoleTheHostStillGoesDown) {
+  CommandResult r = Shell("poweroff");
+  EXPECT_EQ(r.exitCode, 0);
+  EXPECT_NE(r.err.find("konu.pid"), std::string::npos) << r.err;
+  EXPECT_EQ(state.Get("/power/state"), "off");
+}
+
+// A stale pid file must never make poweroff kill an unrelated process.
+TEST_F(HostSimPower, PidOfAnotherProgramIsNotSignalled) {
+  FakeConsole other("not-konu", host.Root());
+  other.WritePidFile(host);
+  CommandResult r = Shell("poweroff");
+  EXPECT_EQ(r.exitCode, 0);
+  EXPECT_NE(r.err.find("not konu"), std::string::npos) << r.err;
+  EXPECT_TRUE(other.StillRunning());
+}
+
+TEST_F(HostSimPower, ConsoleOfAnotherHostIsNotSignalled) {
+  SimHost otherHost{KONU_HOSTSIM_BIN};
+  FakeConsole console("konu", otherHost.Root());
+  console.WritePidFile(host);
+  EXPECT_EQ(Shell("reboot").exitCode, 0);
+  EXPECT_EQ(state.Get("/power/state"), "rebooting");
+  EXPECT_TRUE(console.StillRunning());
+  Konu::Sim::StateFile otherState(otherHost.Root());
+  EXPECT_EQ(otherState.Get("/power/state"), "on");
+}
+
+TEST_F(HostSimPower, CardInsertAndRemoveNotifyTheConsole) {
+  FakeConsole console("konu", host.Root());
+  console.WritePidFile(host);
+  CommandResult in = host.Control({"card", "insert", "alice"});
+  EXPECT_EQ(in.exitCode, 0) << in.err;
+  EXPECT_EQ(state.Get("/smartCards/slots/0/token"), (Json{{"userId", "alice"}}));
+  ASSERT_TRUE(KonuTest::WaitFor([&] { return console.Notes().find("USR1") != std::string::npos; }));
+  EXPECT_EQ(host.Control({"card", "remove"}).exitCode, 0);
+  EXPECT_TRUE(state.Get("/smartCards/slots/0/token").is_null());
+  EXPECT_TRUE(KonuTest::WaitFor([&] {
+    std::string notes = console.Notes();
+    return notes.find("USR1") != notes.rfind("USR1");
+  })) << console.Notes();
+  EXPECT_TRUE(console.StillRunning());
+  EXPECT_EQ(host.Control({"card", "insert"}).exitCode, 2);
+  EXPECT_EQ(host.Control({"card", "eject"}).exitCode, 2);
 }
 
 }  // namespace

@@ -118,7 +118,7 @@ TEST_F(NetworkRestore, FactoryRestoreAsksTwiceThenStopsTheMachinesAndResetsTheNe
     EXPECT_FALSE(term.WaitForText(kConfirmTitle, 0)) << term.Screen();
     EXPECT_EQ(before, State("")) << "cancelled";
     EXPECT_FALSE(Contains(Syslog(), "Restoring factory network settings"));
-    EXPECT_FALSE(Contains(ReadFile("var/log/zebd.log"), "factory.network"));
+    EXPECT_FALSE(Contains(Events(), "factory.network"));
 
     ASSERT_NO_FATAL_FAILURE(Confirmation(term));
     ASSERT_NO_FATAL_FAILURE(PressUntil(term, "F11", kWarningTitle));
@@ -128,7 +128,7 @@ TEST_F(NetworkRestore, FactoryRestoreAsksTwiceThenStopsTheMachinesAndResetsTheNe
                              "IP address is  10.0.0.77", "<Enter> OK"})
       EXPECT_TRUE(term.WaitForText(text)) << text << "\n" << term.Screen();
     EXPECT_TRUE(Contains(Syslog(), "Restoring factory network settings")) << Syslog();
-    EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"), kEvent)) << ReadFile("var/log/zebd.log");
+    EXPECT_TRUE(Contains(Events(), kEvent)) << Events();
     EXPECT_TRUE(Ran("powerOffVms --terminate")) << Journal();
     for (const auto& vm : State("/vms")) EXPECT_EQ("poweredOff", vm["powerState"]) << vm;
 

@@ -19,17 +19,16 @@ using nlohmann::json;
 
 class NetworkScreen : public SimHostFixture {
  protected:
-  void Open(Terminal& term) {
+  // Runs the screen in a pty child; `ready` waits until it reads keys.
+  void Open(Terminal& term, bool ready = true) {
     DialogChildSetup setup{Root(), false, "root"};
     term.Fork(
         [setup] {
-          return KonuTest::RunDialogChild(setup, [](Konu::Frame& owner) {
-            Konu::NetworkWindow window(&owner);
-            return window.Run();
-          });
+          return KonuTest::RunDialogChild(
+              setup, [](Konu::Frame& owner) { return Konu::NetworkWindow(&owner).Run(); });
         },
         KonuTest::UiEnv());
-    Ready(term, "<Esc> Exit");
+    if (ready) Ready(term, "<Esc> Exit");
   }
 
   // Moves the selection down `steps` entries and waits for the entry's pane heading.
@@ -425,13 +424,7 @@ TEST_F(NetworkScreen, WithoutAUsableInterfaceTheScreenSaysSo) {
   }
   SetState("/network/managementInterface", "");
   Terminal term(24, 80);
-  DialogChildSetup setup{Root(), false, "root"};
-  term.Fork(
-      [setup] {
-        return KonuTest::RunDialogChild(setup,
-                                        [](Konu::Frame& owner) { return Konu::NetworkWindow(&owner).Run(); });
-      },
-      KonuTest::UiEnv());
+  Open(term, false);
   Ready(term, "Management network interface cannot be found.");
   EXPECT_TRUE(Contains(term.Screen(), "Enable Management Network: Error")) << term.Screen();
   EXPECT_FALSE(Contains(term.Screen(), "Network Adapters")) << term.Screen();
@@ -494,8 +487,9 @@ TEST_F(NetworkAddresses, TypicalStaticChangeIsAppliedInOrder) {
   Terminal term(25, 80);
   Open(term);
   Edit(term, 2, "IPv4 Configuration", kStaticChoice);
-  Fill(term, kStaticChoice,
-       {"Down", "Down", "Down", "10.0.0.9", "Down", "255.255.0.0", "Down", "10.0.0.254"});
+  Fill(
+      term, kStaticChoice,
+      {"Down", "Down", "Down", "1a0.0.0.9", "Down", "255.255.0.0", "Down", "10.0.0.254"});  // letters ignored
   Leave(term, "Apply changes and restart management network?", "Esc");
   ASSERT_TRUE(term.WaitForNoText("Apply changes")) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());
@@ -577,7 +571,7 @@ TEST_F(NetworkAddresses, Ipv6ToggledAloneAppliesAndRestartsTheHost) {
 }
 
 // A primary server of 0.0.0.0 and an IPv6 server of "::" add no server; the suffixes are
-// split at commas and blanks, empty pieces skipped.
+// taken as typed, without braces, and split at commas and blanks, empty pieces skipped.
 TEST_F(NetworkAddresses, DnsServersAndSuffixesAsApplied) {
   Terminal term(24, 80);
   Open(term);
@@ -585,7 +579,7 @@ TEST_F(NetworkAddresses, DnsServersAndSuffixesAsApplied) {
   Edit(term, 4, "DNS Configuration", manual);
   Fill(term, manual, {"Down", "Down", "0.0.0.0", "Down", "::"});
   Edit(term, 1, "Custom DNS Suffixes", "Suffixes:");
-  Fill(term, "Suffixes:", {"a.test, b.test,,c.test"});
+  Fill(term, "Suffixes:", {"a.test, b.test,,{c}.test"});  // typed at once; braces are not taken
   Leave(term, "Apply changes and restart management network?", "Y");
   FinishDialogChild(term, 1);
   ExpectLogOrder({"Setting nameservers to 0.0.0.0 ::", "Setting suffixes to a.test, b.test,,c.test",

@@ -143,9 +143,9 @@ TEST_F(Password, SuccessfulChangeBacksUpLogsPostsAndTheNewPasswordWorks) {
   const size_t line = syslog.find("Login password for user root has changed");
   ASSERT_NE(std::string::npos, line) << syslog;
   EXPECT_EQ("<14>", syslog.substr(syslog.rfind('\n', line) + 1, 4)) << syslog;
-  EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"),
-                       "@&!*@*@(zeb.user.konu.login.passwd.changed)Login password for user root changed"))
-      << ReadFile("var/log/zebd.log");
+  EXPECT_TRUE(
+      Contains(Events(), "@&!*@*@(zeb.user.konu.login.passwd.changed)Login password for user root changed"))
+      << Events();
 
   Konu::SetHostRoot(Root());
   EXPECT_EQ(PAM_SUCCESS, Konu::Authenticate("root", "Fresh-Pass1"));

@@ -29,7 +29,6 @@ class Shutdown : public SimHostFixture {
     ASSERT_NO_FATAL_FAILURE(LogIn(term, "F12"));
     ASSERT_NO_FATAL_FAILURE(Ready(term, "Forcefully terminate running VMs, if any ..."));
   }
-  std::string Events() const { return ReadFile("var/log/zebd.log"); }
 };
 
 // The dimmed look of the first place `title` is shown.
@@ -154,8 +153,7 @@ TEST_F(Shutdown, ResetRestoresTheDefaultsAndOnlyEnterRestarts) {
     EXPECT_TRUE(term.WaitForText("<Enter> Restart Host", 0)) << term.Screen();
     EXPECT_FALSE(term.WaitForText("Reset System Configuration now?", 0)) << term.Screen();
     EXPECT_EQ(factory, State("/network/dns/defaultTcpipStack/searchDomains"));
-    EXPECT_TRUE(Contains(ReadFile("var/log/zebd.log"), "zeb.user.konu.restore.factory.defaults"))
-        << Journal();
+    EXPECT_TRUE(Contains(Events(), "zeb.user.konu.restore.factory.defaults")) << Journal();
     // Left alone past the idle time-out, and Esc: the box stays.
     ASSERT_TRUE(term.WaitFor([&] { return Dimmed(term, "Reset System Configuration"); })) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
@@ -202,7 +200,7 @@ TEST_F(Shutdown, AFailingResetClosesSilentlyAndEscBeforeF11DoesNothing) {
     FinishDialogChild(term, 0);
   }
   EXPECT_EQ(std::vector<std::string>{"firmwareConfig.py --reset-only"}, JournalCommands());
-  const std::string events = ReadFile("var/log/zebd.log");
+  const std::string events = Events();
   EXPECT_EQ(events.find("restore.factory.defaults"), events.rfind("restore.factory.defaults"))
       << "one event, for F11 only: " << events;
   EXPECT_TRUE(Contains(events, "restore.factory.defaults")) << events;

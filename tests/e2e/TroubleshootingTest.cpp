@@ -284,7 +284,7 @@ TEST_F(Troubleshooting, RestartingTheAgentsStopsThenStartsThemAndEscBeforeF11Doe
     term.Press("Esc");
     FinishDialogChild(term, 0);
     EXPECT_EQ(Commands{}, JournalCommands());
-    EXPECT_FALSE(Contains(ReadFile("var/log/zebd.log"), "restarting.hostagents"));
+    EXPECT_FALSE(Contains(Events(), "restarting.hostagents"));
   }
   Terminal term(24, 80);
   Open<Konu::RestartAgentsDialog>(term, "Restart management agents now?");
@@ -298,8 +298,7 @@ TEST_F(Troubleshooting, RestartingTheAgentsStopsThenStartsThemAndEscBeforeF11Doe
   EXPECT_EQ((Commands{"services.sh stop", "services.sh start"}), JournalCommands()) << "no core, no thread";
   EXPECT_FALSE(Logged("nukbacktrace")) << Syslog();
   EXPECT_TRUE(Logged("Restarting host agents")) << Syslog();
-  EXPECT_TRUE(
-      Contains(ReadFile("var/log/zebd.log"), "(zeb.user.konu.restarting.hostagents)Restarting host agents"));
+  EXPECT_TRUE(Contains(Events(), "(zeb.user.konu.restarting.hostagents)Restarting host agents"));
   EXPECT_EQ(1, State("/agents/restarts").get<int>());
 }
 

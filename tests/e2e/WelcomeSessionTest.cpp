@@ -29,7 +29,6 @@ class WelcomeSession : public SimHostFixture {
     LogIn(term, "F2");
     ASSERT_NO_FATAL_FAILURE(Ready(term, kMenuTitle));
   }
-  std::string Audit() const { return ReadFile("var/log/audit.log"); }
 };
 
 TEST_F(WelcomeSession, EscInTheMenuLogsOutWithLogLineAndAuditRecord) {

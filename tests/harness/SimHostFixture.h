@@ -33,6 +33,8 @@ class SimHostFixture : public ::testing::Test {
 
   std::string Syslog() const { return ReadFile("var/log/syslog.log"); }
   std::string Journal() const { return ReadFile("var/log/hostsim.log"); }
+  std::string Events() const { return ReadFile("var/log/zebd.log"); }
+  std::string Audit() const { return ReadFile("var/log/audit.log"); }
   // The tool runs journalled so far, in order, each as its argument words joined by blanks
   // ("powerOffVms --terminate"); a run still hanging ends in " (hang)".
   std::vector<std::string> JournalCommands() const;

@@ -1,5 +1,5 @@
 // Start-up pieces that need no terminal: options, the VT argument, the pid file, the
-// signal bytes, the clocks and the idle time-out read.
+// clocks and the idle time-out read.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <syslog.h>
@@ -13,7 +13,6 @@
 #include "app/PidFile.h"
 #include "app/Runtime.h"
 #include "app/Session.h"
-#include "app/SignalThread.h"
 #include "host/Log.h"
 #include "host/sim/DefaultState.h"
 #include "host/sim/SimHost.h"
@@ -94,17 +93,6 @@ TEST(PidFile, MissingGarbageAndStalePidsAreReplacedALiveOneIsKept) {
   EXPECT_FALSE(Konu::ClaimPidFile(path));
   EXPECT_EQ("1", ReadFileText(path));
   EXPECT_TRUE(log.Has("Attempt to run multiple KONU instances, not updating " + path));
-}
-
-TEST(SignalThread, EachHandledSignalBecomesItsByte) {
-  EXPECT_EQ(1, Konu::SignalByte(SIGUSR1));
-  EXPECT_EQ(2, Konu::SignalByte(SIGUSR2));
-  EXPECT_EQ(3, Konu::SignalByte(SIGWINCH));
-  EXPECT_EQ(4, Konu::SignalByte(SIGINT));
-  EXPECT_EQ(4, Konu::SignalByte(SIGQUIT));
-  EXPECT_EQ(4, Konu::SignalByte(SIGTERM));
-  EXPECT_EQ(4, Konu::SignalByte(SIGHUP));
-  EXPECT_EQ(0, Konu::SignalByte(SIGALRM));
 }
 
 TEST(Clock, ScaledClockRunsFasterAndShortensRealWaits) {

@@ -1,6 +1,6 @@
 // The line an input field shows: label, brackets and colours, scrolling through the field
-// window, masking, and the selection coming back with the focus. (What each editing key does
-// is checked key by key against its rule by tests/fuzz/InputItemFuzz.cpp.)
+// window, masking, the selection coming back with the focus, and one row per editing rule
+// (tests/fuzz/InputItemFuzz.cpp checks the same rules on random keys and values).
 #include <curses.h>
 #include <gtest/gtest.h>
 
@@ -26,6 +26,56 @@ TEST(InputItem, GainingOrLosingTheFocusOrANewValueSelectsTheWholeValueAgain) {
   EXPECT_TRUE(item.ReplaceOnType());
   EXPECT_EQ(item.Cursor(), 5u);
   EXPECT_EQ(item.Offset(), 0u);
+}
+
+// A focused field, drawn once (which scrolls it so the cursor shows), then the keys.
+TEST(InputItem, EachEditingKeyFollowsItsRule) {
+  const struct {
+    const char* rule;
+    const char* value;
+    int fieldWidth;
+    std::initializer_list<int> keys;
+    const char* after;
+    size_t cursor;
+  } kRows[] = {
+      {"typing replaces the selected value", "10.0.0.5", 8, {'9', '1'}, "91", 2},
+      {"Home keeps the value and typing inserts at the cursor", "host", 8, {KEY_HOME, '9'}, "9host", 1},
+      {"End, Left, Right move without changing it",
+       "host",
+       8,
+       {KEY_END, KEY_LEFT, KEY_LEFT, KEY_RIGHT, 'x'},
+       "hosxt",
+       4},
+      {"Left at the start and Right at the end stay",
+       "ab",
+       8,
+       {KEY_HOME, KEY_LEFT, KEY_END, KEY_RIGHT},
+       "ab",
+       2},
+      {"Delete clears a selected value", "host", 8, {KEY_DC}, "", 0},
+      {"Backspace clears a selected value", "host", 8, {KEY_BACKSPACE}, "", 0},
+      {"any other key clears it but types nothing", "host", 8, {KEY_F(2), 27, 'x'}, "x", 1},
+      {"other keys leave an unselected value alone", "host", 8, {KEY_END, KEY_F(2), 27, 9, 1000}, "host", 4},
+      {"Delete takes the byte at the cursor", "host", 8, {KEY_HOME, KEY_DC, KEY_END, KEY_DC}, "ost", 3},
+      {"Backspace and Ctrl-H take the byte before it", "host", 8, {KEY_END, KEY_BACKSPACE, 8}, "ho", 2},
+      {"Backspace at the start does nothing", "host", 8, {KEY_HOME, KEY_BACKSPACE}, "host", 0},
+      {"Backspace past the field's left edge jumps to the end",
+       "abcdefghij",
+       4,
+       {KEY_LEFT, KEY_LEFT, KEY_LEFT, KEY_LEFT, KEY_BACKSPACE},
+       "abcdeghij",
+       9},
+  };
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.rule);
+    InputItem item("L", row.value, row.fieldWidth);
+    item.SetFocus(true);
+    item.Line(20, nullptr);
+    for (int key : row.keys) item.HandleKey(key);
+    EXPECT_EQ(item.Value(), row.after);
+    EXPECT_EQ(item.Cursor(), row.cursor);
+    EXPECT_FALSE(item.ReplaceOnType());
+  }
 }
 
 TEST(InputItem, TheLineHasTheLabelTheBracketsAndTheValue) {
