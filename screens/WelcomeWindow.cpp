@@ -97,9 +97,11 @@ void WelcomeWindow::DrawStandard() {
 void WelcomeWindow::BuildStandardLayout() {
   const int lowerHeight = std::max((LINES + 1) / 2, kLowestLowerHalf);
   const int upperHeight = LINES - lowerHeight;
-  upper_ = std::make_unique<Window>(this, 0, 0, COLS, upperHeight, kUpperBackground, kHalfForeground);
-  lower_ =
-      std::make_unique<Window>(this, 0, upperHeight, COLS, lowerHeight, kLowerBackground, kHalfForeground);
+  // Blank from the start: the frame beneath was just cleared.
+  upper_ = std::make_unique<Window>(this, 0, 0, COLS, upperHeight, kUpperBackground, kHalfForeground,
+                                    Window::Start::kBlank);
+  lower_ = std::make_unique<Window>(this, 0, upperHeight, COLS, lowerHeight, kLowerBackground,
+                                    kHalfForeground, Window::Start::kBlank);
   const int textWidth = COLS - 2 * kTextColumn;
   productLine_ = std::make_unique<TextArea>(upper_.get(), kTextColumn, 5, textWidth, 1, kInherit);
   hardwareLine_ = std::make_unique<TextArea>(upper_.get(), kTextColumn, 7, textWidth, 1, kInherit);

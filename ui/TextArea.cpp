@@ -6,7 +6,9 @@
 namespace Konu {
 
 TextArea::TextArea(Window* parent, int x, int y, int width, int height, int foreground)
-    : Window(parent, x, y, width, height, -1, foreground), variables_(&VariableTable::Standard()) {}
+    // Blank from the start, as every showing of its text leaves it before drawing.
+    : Window(parent, x, y, width, height, -1, foreground, Start::kBlank),
+      variables_(&VariableTable::Standard()) {}
 
 TextArea::~TextArea() = default;
 

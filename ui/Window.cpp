@@ -38,6 +38,10 @@ Window::CursorState& Window::ScreenCursor() {
 }
 
 Window::Window(Window* parent, int x, int y, int width, int height, int background, int foreground)
+    : Window(parent, x, y, width, height, background, foreground, Start::kOverParent) {}
+
+Window::Window(Window* parent, int x, int y, int width, int height, int background, int foreground,
+               Start start)
     : x_(x + (parent ? parent->x_ : 0)),
       y_(y + (parent ? parent->y_ : 0)),
       width_(width),
@@ -47,8 +51,8 @@ Window::Window(Window* parent, int x, int y, int width, int height, int backgrou
   ResolveColors(background, foreground);
   if (parent_) parent_->children_.push_back(this);
   // A top-level window is new and blank; a child takes its colours over what its parent
-  // drew there (a dialog's box stays round its content window).
-  if (parent_) {
+  // drew there (a dialog's box stays round its content window), unless it starts blank.
+  if (parent_ && start == Start::kOverParent) {
     SetWindowBackground(window_.get(), background_, foreground_);
   } else {
     SetBlankWindowBackground(window_.get(), background_, foreground_);

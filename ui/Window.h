@@ -15,6 +15,10 @@ class Window {
   Window(Window* parent, int x, int y, int width, int height, int background, int foreground);
   // A top-level window (its own curses window).
   Window(int x, int y, int width, int height, int background, int foreground);
+  // How a new child starts: over what its parent drew there, in its own colours, or blank.
+  enum class Start { kOverParent, kBlank };
+  // A child that starts as `start` says.
+  Window(Window* parent, int x, int y, int width, int height, int background, int foreground, Start start);
   // Removes the window from its parent's list. The children are not deleted: whoever made
   // them does that (before this window, so that their subwindows go first).
   virtual ~Window();
