@@ -25,6 +25,16 @@ bool Matches(const std::vector<std::string>& words, const std::vector<std::strin
   return true;
 }
 
+// "/faults/operations", or null: the two look-ups of a json_pointer without building one on
+// every host call.
+const nlohmann::json* Operations(const nlohmann::json& state) {
+  if (!state.is_object()) return nullptr;
+  auto faults = state.find("faults");
+  if (faults == state.end() || !faults->is_object()) return nullptr;
+  auto operations = faults->find("operations");
+  return operations == faults->end() ? nullptr : &*operations;
+}
+
 }  // namespace
 
 std::optional<std::string> MatchingFaultKey(const nlohmann::json& state,
@@ -68,11 +78,10 @@ std::optional<ToolFault> TakeToolFault(nlohmann::json& state, const std::vector<
 
 std::optional<OperationFailure> OperationFault(const nlohmann::json& state,
                                                const std::string& serviceDotOperation) {
-  const nlohmann::json::json_pointer operations("/faults/operations");
-  if (!state.contains(operations)) return std::nullopt;
-  const nlohmann::json& all = state.at(operations);
-  auto found = all.find(serviceDotOperation);
-  if (found == all.end() || found->is_null() || OperationHangs(state, serviceDotOperation))
+  const nlohmann::json* all = Operations(state);
+  if (!all) return std::nullopt;
+  auto found = all->find(serviceDotOperation);
+  if (found == all->end() || found->is_null() || OperationHangs(state, serviceDotOperation))
     return std::nullopt;
   if (found->is_string()) return OperationFailure{found->get<std::string>()};
   if (found->is_object() && found->contains("unexpected") && found->at("unexpected").is_string())
@@ -81,11 +90,10 @@ std::optional<OperationFailure> OperationFault(const nlohmann::json& state,
 }
 
 bool OperationHangs(const nlohmann::json& state, const std::string& serviceDotOperation) {
-  const nlohmann::json::json_pointer operations("/faults/operations");
-  if (!state.contains(operations)) return false;
-  const nlohmann::json& all = state.at(operations);
-  auto found = all.find(serviceDotOperation);
-  return found != all.end() && found->is_object() && found->contains("hang") && found->at("hang") == true;
+  const nlohmann::json* all = Operations(state);
+  if (!all) return false;
+  auto found = all->find(serviceDotOperation);
+  return found != all->end() && found->is_object() && found->contains("hang") && found->at("hang") == true;
 }
 
 }  // namespace Konu::Sim

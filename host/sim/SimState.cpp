@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <stdexcept>
@@ -67,10 +68,67 @@ void SimState::AppendLine(const std::string& absolutePath, const std::string& li
     throw Lib::HostCtlException(path + ": cannot write: " + std::strerror(n < 0 ? error : EIO));
 }
 
-const nlohmann::json& NodeAt(const nlohmann::json& state, const std::string& pointer) {
+namespace {
+
+// An array index as a pointer writes it: "0", or digits without a leading zero.
+bool IsArrayIndex(std::string_view token) {
+  if (token.empty() || (token.size() > 1 && token[0] == '0')) return false;
+  for (char c : token)
+    if (c < '0' || c > '9') return false;
+  return true;
+}
+
+}  // namespace
+
+const nlohmann::json* Find(const nlohmann::json& state, std::string_view pointer) {
+  // A pointer starts with '/' and has '~' only before 0 or 1; json_pointer throws for
+  // anything else, naming what is wrong.
+  bool wellFormed = pointer.empty() || pointer.front() == '/';
+  for (size_t at = pointer.find('~'); wellFormed && at != std::string_view::npos;
+       at = pointer.find('~', at + 1))
+    wellFormed = at + 1 < pointer.size() && (pointer[at + 1] == '0' || pointer[at + 1] == '1');
+  if (!wellFormed) static_cast<void>(nlohmann::json::json_pointer(std::string(pointer)));
+  const nlohmann::json* node = &state;
+  std::string unescaped;
+  while (!pointer.empty()) {
+    pointer.remove_prefix(1);  // the '/'
+    const size_t end = std::min(pointer.find('/'), pointer.size());
+    std::string_view token = pointer.substr(0, end);
+    pointer.remove_prefix(end);
+    if (token.find('~') != std::string_view::npos) {
+      unescaped.clear();
+      for (size_t i = 0; i < token.size(); ++i) {
+        if (token[i] == '~') {
+          unescaped += token[++i] == '1' ? '/' : '~';
+        } else {
+          unescaped += token[i];
+        }
+      }
+      token = unescaped;
+    }
+    if (node->is_object()) {
+      auto found = node->find(token);
+      if (found == node->end()) return nullptr;
+      node = &*found;
+    } else if (node->is_array()) {
+      if (!IsArrayIndex(token)) return nullptr;
+      size_t index = 0;
+      for (char c : token) {
+        index = index * 10 + static_cast<size_t>(c - '0');
+        if (index >= node->size()) return nullptr;  // further digits only make it larger
+      }
+      node = &(*node)[index];
+    } else {
+      return nullptr;
+    }
+  }
+  return node;
+}
+
+const nlohmann::json& NodeAt(const nlohmann::json& state, std::string_view pointer) {
   static const nlohmann::json kNull;
-  nlohmann::json::json_pointer p(pointer);
-  return state.contains(p) ? state.at(p) : kNull;
+  const nlohmann::json* node = Find(state, pointer);
+  return node ? *node : kNull;
 }
 
 std::string PointerKey(const std::string& key) {

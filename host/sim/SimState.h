@@ -6,6 +6,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 
 #include "host/sim/StateFile.h"
 
@@ -38,20 +39,26 @@ class SimState {
   Konu::Sim::StateFile file_;
 };
 
+// The node at the JSON pointer, or null when it is absent: what json::contains and json::at
+// with a json_pointer give, in one walk and without splitting the pointer into strings (the
+// welcome screen alone makes dozens of these reads). A malformed pointer throws json's
+// parse_error, as json_pointer does.
+const nlohmann::json* Find(const nlohmann::json& state, std::string_view pointer);
+
 // The value at `pointer`, or `fallback` when it is absent or of another type.
 template <typename T>
-T ValueAt(const nlohmann::json& state, const std::string& pointer, T fallback) {
-  nlohmann::json::json_pointer p(pointer);
-  if (!state.contains(p)) return fallback;
+T ValueAt(const nlohmann::json& state, std::string_view pointer, T fallback) {
+  const nlohmann::json* node = Find(state, pointer);
+  if (!node) return fallback;
   try {
-    return state.at(p).get<T>();
+    return node->get<T>();
   } catch (const nlohmann::json::exception&) {
     return fallback;
   }
 }
 
 // The object or array at `pointer`, or an empty JSON value when absent.
-const nlohmann::json& NodeAt(const nlohmann::json& state, const std::string& pointer);
+const nlohmann::json& NodeAt(const nlohmann::json& state, std::string_view pointer);
 
 // Escapes a key for use inside a JSON pointer ("/UserVars/X" -> "~1UserVars~1X").
 std::string PointerKey(const std::string& key);

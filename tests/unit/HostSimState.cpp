@@ -9,6 +9,7 @@
 #include "host/MacAddress.h"
 #include "host/sim/DefaultState.h"
 #include "host/sim/Faults.h"
+#include "host/sim/SimState.h"
 #include "host/sim/StateFile.h"
 #include "tests/harness/SimHost.h"
 
@@ -107,6 +108,26 @@ TEST_F(HostSimState, GetNamesAnAbsentPointer) {
 
 // konu-hostsim set in one process and StateFile::Update in this one, both in tight loops,
 // with a reader that must never see a torn file: every update of both sides survives.
+// The readers' one-walk look-up finds what json_pointer finds, escapes and array indexes
+// included, and refuses a malformed pointer the same way.
+TEST(HostSimPointer, FindAgreesWithJsonPointer) {
+  const nlohmann::json state = nlohmann::json::parse(R"({"a": {"b/c": 1, "d~e": [10, 20, {"f": true}], "": 2},
+                                                         "list": [], "n": null, "s": "x"})");
+  for (const char* pointer :
+       {"", "/a", "/a/b~1c", "/a/d~0e", "/a/d~0e/0", "/a/d~0e/1", "/a/d~0e/2/f", "/a/d~0e/3", "/a/d~0e/-",
+        "/a/d~0e/01", "/a/d~0e/x", "/a/", "/a/b", "/list/0", "/n/x", "/s/0", "/missing", "/a/d~0e/2/f/g"}) {
+    SCOPED_TRACE(pointer);
+    const nlohmann::json::json_pointer reference{std::string(pointer)};
+    const nlohmann::json* found = HostCtl::Sim::Find(state, pointer);
+    ASSERT_EQ(found != nullptr, state.contains(reference));
+    if (found) {
+      EXPECT_EQ(found, &state.at(reference));
+    }
+  }
+  for (const char* malformed : {"a", "/a~", "/a~2"})
+    EXPECT_THROW(HostCtl::Sim::Find(state, malformed), nlohmann::json::parse_error) << malformed;
+}
+
 TEST_F(HostSimState, ConcurrentWritersLoseNoUpdateAndReadersNeverSeeATornFile) {
   Json fresh = Konu::Sim::DefaultHostState();
   fresh["counter"] = 0;
