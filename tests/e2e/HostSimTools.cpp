@@ -161,11 +161,9 @@ TEST_F(HostSimTools, QalCmdLockdownQueriesAndSwitches) {
   EXPECT_EQ(query("qalsvc/auth/no_such_thing").exitCode, 1);
 }
 
-TEST_F(HostSimTools, QalCmdShellAndSshServices) {
+TEST_F(HostSimTools, QalCmdSshServiceAndItsFirewallRules) {
+  // Starting and enabling the shell: e2e.Troubleshooting.TogglesRunTheirCommandsInOrder...
   auto qal = [&](const char* c) { return host.Tool("/bin/qal-cmd", {"-U", "root", c}).exitCode; };
-  EXPECT_EQ(qal("hostsvc/start_orin_shell"), 0);
-  EXPECT_EQ(qal("hostsvc/enable_orin_shell"), 0);
-  EXPECT_EQ(Get("/services/OrinShell"), (Json{{"running", true}, {"enabled", true}}));
   EXPECT_EQ(qal("hostsvc/start_ssh"), 0);
   EXPECT_EQ(Get("/services/SSH/running"), true);
   EXPECT_EQ(Get("/firewall/sshServer/enabled"), true);
