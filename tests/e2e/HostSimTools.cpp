@@ -161,11 +161,9 @@ TEST_F(HostSimTools, QalCmdLockdownQueriesAndSwitches) {
   EXPECT_EQ(query("qalsvc/auth/no_such_thing").exitCode, 1);
 }
 
-TEST_F(HostSimTools, QalCmdShellAndSshServices) {
+TEST_F(HostSimTools, QalCmdSshServiceAndItsFirewallRules) {
+  // Starting and enabling the shell: e2e.Troubleshooting.TogglesRunTheirCommandsInOrder...
   auto qal = [&](const char* c) { return host.Tool("/bin/qal-cmd", {"-U", "root", c}).exitCode; };
-  EXPECT_EQ(qal("hostsvc/start_orin_shell"), 0);
-  EXPECT_EQ(qal("hostsvc/enable_orin_shell"), 0);
-  EXPECT_EQ(Get("/services/OrinShell"), (Json{{"running", true}, {"enabled", true}}));
   EXPECT_EQ(qal("hostsvc/start_ssh"), 0);
   EXPECT_EQ(Get("/services/SSH/running"), true);
   EXPECT_EQ(Get("/firewall/sshServer/enabled"), true);
@@ -297,30 +295,34 @@ TEST_F(HostSimTools, PingAnswersForReachableAddressesThroughAnUpInterface) {
   ExpectLastRun({"nukping", "-c", "3", "10.0.0.1"}, ProcessUser(), 1);
 }
 
+// A fault gives its exit and output in place of the tool's, and the tool does nothing;
+// other commands of the same tool still work.
 TEST_F(HostSimTools, FaultMakesAToolFailWithoutActing) {
   Set("/faults/tools/qal-cmd hostsvc~1start_ssh", Json{{"exitCode", 3}, {"stderr", "Connection refused\n"}});
+  Set("/faults/tools/qal-cmd qalsvc~1auth~1lockdown_is_enabled", Json{{"exitCode", 0}, {"stdout", "True\n"}});
   CommandResult r = host.Tool("/bin/qal-cmd", {"-U", "root", "hostsvc/start_ssh"});
   EXPECT_EQ(r.exitCode, 3);
   EXPECT_EQ(r.err, "Connection refused\n");
   EXPECT_EQ(Get("/services/SSH/running"), false);
   ExpectLastRun({"qal-cmd", "-U", "root", "hostsvc/start_ssh"}, ProcessUser(), 3);
-  // Other commands of the same tool still work.
+  CommandResult answer = host.Tool("/bin/qal-cmd", {"-U", "konu", "qalsvc/auth/lockdown_is_enabled"});
+  EXPECT_EQ(answer.exitCode, 0);
+  EXPECT_EQ(answer.out, "True\n");
   EXPECT_EQ(host.Tool("/bin/qal-cmd", {"-U", "root", "hostsvc/start_orin_shell"}).exitCode, 0);
 }
 
-TEST_F(HostSimTools, CountedFaultFailsOnceThenTheToolWorks) {
-  Set("/faults/tools/backup.sh", Json{{"exitCode", 1}, {"times", 1}});
-  EXPECT_EQ(host.Tool("/sbin/backup.sh").exitCode, 1);
+// A counted fault fails that many runs, then is gone and the tool works.
+TEST_F(HostSimTools, CountedFaultFailsThenTheToolWorks) {
+  Set("/faults/tools/backup.sh", Json{{"exitCode", 4}, {"stderr", "disk full\n"}, {"times", 2}});
+  for (int run = 0; run < 2; ++run) {
+    CommandResult r = host.Tool("/sbin/backup.sh");
+    EXPECT_EQ(r.exitCode, 4);
+    EXPECT_EQ(r.err, "disk full\n");
+  }
   EXPECT_EQ(Get("/backups").size(), 0u);
+  EXPECT_TRUE(Get("/faults/tools").empty());
   EXPECT_EQ(host.Tool("/sbin/backup.sh").exitCode, 0);
   EXPECT_EQ(Get("/backups").size(), 1u);
-}
-
-TEST_F(HostSimTools, FaultOutputStandsInForTheAnswer) {
-  Set("/faults/tools/qal-cmd qalsvc~1auth~1lockdown_is_enabled", Json{{"exitCode", 0}, {"stdout", "True\n"}});
-  CommandResult r = host.Tool("/bin/qal-cmd", {"-U", "konu", "qalsvc/auth/lockdown_is_enabled"});
-  EXPECT_EQ(r.exitCode, 0);
-  EXPECT_EQ(r.out, "True\n");
 }
 
 TEST_F(HostSimTools, HangingToolRunsUntilKilled) {

@@ -105,14 +105,9 @@ class NetworkDialogs : public SimHostFixture {
     return ReadFile("dialog.out");
   }
 
+  // Key names are pressed, other text typed (Terminal::Press does both).
   static void Keys(Terminal& term, const std::vector<std::string>& keys) {
-    for (const auto& key : keys) {
-      if (key.size() > 1 && key != "Space") {
-        term.Press(key);
-      } else {
-        term.Type(key == "Space" ? " " : key);
-      }
-    }
+    for (const auto& key : keys) term.Press(key);
   }
 
   // The text cursor is shown, on the row of the field labelled `label`.

@@ -448,13 +448,7 @@ class NetworkAddresses : public NetworkScreen {
   // Types into the dialog (printable text) or presses the named keys, then Enter, and waits
   // until the screen reads keys again.
   static void Fill(Terminal& term, const std::string& dialogText, const std::vector<std::string>& keys) {
-    for (const std::string& key : keys) {
-      if (key == "Down" || key == "Up" || key == "Backspace") {
-        term.Press(key);
-      } else {
-        term.Type(key);
-      }
-    }
+    for (const std::string& key : keys) term.Press(key);
     term.Press("Enter");
     ASSERT_TRUE(term.WaitForNoText(dialogText)) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());

@@ -251,17 +251,4 @@ TEST(HostSimFaults, WordsMatchInOrderAndTheEntryWithMostWordsWins) {
   EXPECT_FALSE(Konu::Sim::MatchingFaultKey(s, V{"OrinShell", "status"}));
 }
 
-TEST(HostSimFaults, CountedFaultIsUsedUpThenGone) {
-  Json s = WithFaults({{"backup.sh", {{"exitCode", 4}, {"stderr", "disk full\n"}, {"times", 2}}}});
-  std::vector<std::string> argv{"backup.sh"};
-  auto first = Konu::Sim::TakeToolFault(s, argv);
-  ASSERT_TRUE(first);
-  EXPECT_EQ(first->exitCode, 4);
-  EXPECT_EQ(first->err, "disk full\n");
-  EXPECT_EQ(s["faults"]["tools"]["backup.sh"]["times"], 1);
-  EXPECT_TRUE(Konu::Sim::TakeToolFault(s, argv));
-  EXPECT_FALSE(Konu::Sim::TakeToolFault(s, argv));
-  EXPECT_TRUE(s["faults"]["tools"].empty());
-}
-
 }  // namespace

@@ -413,7 +413,7 @@ TEST_F(SimHostTest, MalformedStateFileBecomesAHostError) {
   EXPECT_NE(message.find("host.json"), std::string::npos) << message;
 }
 
-TEST_F(SimHostTest, EventsAndAuditRecordsAreLoggedOneLineEach) {
+TEST_F(SimHostTest, EventsAreLoggedOneLineEachAndFaultsStopEventsAndAudit) {
   auto events = host_->CreateEventLib();
   EXPECT_EQ(events->ZebUserLib_AddZeb("before init"), 2);
   ASSERT_EQ(events->ZebUserLib_Init(), 0);
@@ -427,15 +427,8 @@ TEST_F(SimHostTest, EventsAndAuditRecordsAreLoggedOneLineEach) {
   Fault("EventLib.ZebUserLib_Init", "event service down");
   EXPECT_EQ(host_->CreateEventLib()->ZebUserLib_Init(), 1);
 
+  // The audit records as the console writes them: e2e.ConsoleLogin.* and e2e.WelcomeSession.*.
   auto audit = host_->CreateAuditLog();
-  audit->CblAudit_VLog("login.connect", "root", "", 0, {{"reason", "Invalid Login"}});
-  audit->CblAudit_VLog("login.disconnect", "root", "", 1, {{"reason", "Session closed"}});
-  std::string log = ReadFile("/var/log/audit.log");
-  EXPECT_NE(log.find("login.connect user=\"root\" origin=\"\" success=0 reason=\"Invalid Login\"\n"),
-            std::string::npos)
-      << log;
-  EXPECT_NE(log.find("login.disconnect user=\"root\" origin=\"\" success=1 reason=\"Session closed\"\n"),
-            std::string::npos);
   Fault("AuditLog.CblAudit_VLog", "audit store full");
   EXPECT_EQ(Thrown([&] { audit->CblAudit_VLog("login.connect", "root", "", 1, {}); }), "audit store full");
 }
