@@ -23,13 +23,16 @@ bool ClaimPidFile(const std::string& path) {
     Log(LOG_ERR, "Attempt to run multiple KONU instances, not updating %s", path.c_str());
     return false;
   }
-  int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  // Written over and then cut to the pid's length: the same file as truncating first, but
+  // without the flush ext4 starts on closing a file truncated to nothing.
+  int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
   if (fd < 0) {
     LogErrno(("Unable to write " + path).c_str());
     return false;
   }
   std::string text = std::to_string(getpid());
-  bool ok = write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+  bool ok = write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
+            ftruncate(fd, static_cast<off_t>(text.size())) == 0;
   close(fd);
   return ok;
 }
