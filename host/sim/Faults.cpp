@@ -25,14 +25,20 @@ bool Matches(const std::vector<std::string>& words, const std::vector<std::strin
   return true;
 }
 
-// "/faults/operations", or null: the two look-ups of a json_pointer without building one on
-// every host call.
-const nlohmann::json* Operations(const nlohmann::json& state) {
+// The entry /faults/operations/<Service>.<Operation>, or null when there is none: looked up
+// key by key, without building a json_pointer on every host call.
+const nlohmann::json* OperationEntry(const nlohmann::json& state, const std::string& serviceDotOperation) {
   if (!state.is_object()) return nullptr;
   auto faults = state.find("faults");
   if (faults == state.end() || !faults->is_object()) return nullptr;
   auto operations = faults->find("operations");
-  return operations == faults->end() ? nullptr : &*operations;
+  if (operations == faults->end()) return nullptr;
+  auto found = operations->find(serviceDotOperation);
+  return found == operations->end() || found->is_null() ? nullptr : &*found;
+}
+
+bool Hangs(const nlohmann::json& entry) {
+  return entry.is_object() && entry.contains("hang") && entry.at("hang") == true;
 }
 
 }  // namespace
@@ -78,11 +84,8 @@ std::optional<ToolFault> TakeToolFault(nlohmann::json& state, const std::vector<
 
 std::optional<OperationFailure> OperationFault(const nlohmann::json& state,
                                                const std::string& serviceDotOperation) {
-  const nlohmann::json* all = Operations(state);
-  if (!all) return std::nullopt;
-  auto found = all->find(serviceDotOperation);
-  if (found == all->end() || found->is_null() || OperationHangs(state, serviceDotOperation))
-    return std::nullopt;
+  const nlohmann::json* found = OperationEntry(state, serviceDotOperation);
+  if (!found || Hangs(*found)) return std::nullopt;
   if (found->is_string()) return OperationFailure{found->get<std::string>()};
   if (found->is_object() && found->contains("unexpected") && found->at("unexpected").is_string())
     return OperationFailure{found->at("unexpected").get<std::string>(), true};
@@ -90,10 +93,8 @@ std::optional<OperationFailure> OperationFault(const nlohmann::json& state,
 }
 
 bool OperationHangs(const nlohmann::json& state, const std::string& serviceDotOperation) {
-  const nlohmann::json* all = Operations(state);
-  if (!all) return false;
-  auto found = all->find(serviceDotOperation);
-  return found != all->end() && found->is_object() && found->contains("hang") && found->at("hang") == true;
+  const nlohmann::json* found = OperationEntry(state, serviceDotOperation);
+  return found && Hangs(*found);
 }
 
 }  // namespace Konu::Sim
