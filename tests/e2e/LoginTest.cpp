@@ -231,8 +231,7 @@ TEST_F(ConsoleLogin, ExpiredUserSetsANewPasswordAndThenLogsInWithIt) {
   term.Press("Enter");
   term.Type("new-pass");
   term.Press("Enter");
-  ASSERT_TRUE(term.WaitForNoText("Old Password:")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ReadyWithout(term, "Old Password:");
   EXPECT_TRUE(Contains(Journal(), "backup.sh")) << Journal();
   EXPECT_TRUE(Contains(Syslog(), "Login password for user erin has changed")) << Syslog();
 

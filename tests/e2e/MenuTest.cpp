@@ -261,8 +261,7 @@ class Lockdown : public Menu {
                   term.WaitForText("[ ] Enable lockdown mode"));
     }
     term.Press("Enter");
-    ASSERT_TRUE(term.WaitForNoText("Enable lockdown mode")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ReadyWithout(term, "Enable lockdown mode");
   }
   static bool PaneShows(Terminal& term, const std::string& state) {
     return term.WaitFor(

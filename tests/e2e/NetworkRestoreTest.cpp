@@ -253,8 +253,7 @@ TEST_F(SwitchRestore, StandardSwitchRestoreMovesTheManagementNetworkAndItsUplink
     ExpectDrawn(term, {"Restore Standard Switch", "All management network and associated uplinks",
                        "Move the management network onto a standard switch?", "<Esc> Cancel"});
     term.Press("Esc");
-    ASSERT_TRUE(term.WaitForNoText("<F11> OK")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ReadyWithout(term, "<F11> OK");
     EXPECT_EQ(before, State("/network"));
 
     ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "<F11> OK"));
@@ -318,8 +317,7 @@ TEST_F(SwitchRestore, RestoreDvsRebuildsThePortAsAHostLocalPort) {
     ASSERT_NO_FATAL_FAILURE(PressUntil(term, "F11", "Do you want to continue?"));
     ExpectDrawn(term, {"DVS Uplinks: Warning", "No uplinks were selected.", "<N> No"});
     term.Type("n");
-    ASSERT_TRUE(term.WaitForNoText("Do you want to continue?")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ReadyWithout(term, "Do you want to continue?");
     EXPECT_EQ("10", State("/network/nukNics/nuk0/dvsPort"));
 
     ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "[ ] nic1"));
@@ -328,8 +326,7 @@ TEST_F(SwitchRestore, RestoreDvsRebuildsThePortAsAHostLocalPort) {
     ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "Select DVS uplinks: nic1"));
     term.Press("F11");
     // Still on the distributed switch: the window keeps the entry selected.
-    ASSERT_TRUE(term.WaitForNoText("<F11> OK")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ReadyWithout(term, "<F11> OK");
     EXPECT_TRUE(Contains(term.Screen(), kDvsPane)) << term.Screen();
 
     // A new host-local port, cloned from port 10, carries nuk0.

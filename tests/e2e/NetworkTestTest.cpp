@@ -76,8 +76,7 @@ TEST_F(NetworkTest, FilledFromTheHostResultsInOrderThroughTheManagementInterface
 
   ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Enter");  // back to the form, then out
-  ASSERT_TRUE(term.WaitForNoText("Testing Management Network")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ReadyWithout(term, "Testing Management Network");
   term.Press("Esc");
   FinishDialogChild(term, 0);
 }
@@ -108,16 +107,14 @@ TEST_F(NetworkTest, SkipsEmptyAndZeroFieldsAndResolvesOnlyWhatTheNameServersKnow
 
   ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Enter");
-  ASSERT_TRUE(term.WaitForNoText("Testing Management Network")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ReadyWithout(term, "Testing Management Network");
   term.Press("Up");  // a name the servers know
   term.Press("Down");
   term.Type("GATEWAY.example.test");
   ASSERT_TRUE(term.WaitUntilPolling());
   ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "Resolving hostname GATEWAY.example.test ... OK."));
   term.Press("Esc");
-  ASSERT_TRUE(term.WaitForNoText("Testing Management Network")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ReadyWithout(term, "Testing Management Network");
   term.Press("Esc");
   FinishDialogChild(term, 0);
 }

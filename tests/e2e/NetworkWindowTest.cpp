@@ -92,8 +92,7 @@ class NetworkScreen : public SimHostFixture {
     for (int i = 0; i < row; ++i) term.Press("Down");
     ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Space", markedRow));
     term.Press("Enter");
-    ASSERT_TRUE(term.WaitForNoText("Hardware Label (MAC Address)")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ReadyWithout(term, "Hardware Label (MAC Address)");
     Select(term, 1, "VLAN (optional)");
     term.Press("Enter");
     EnterVlan(term, vlan);
@@ -175,8 +174,7 @@ TEST_F(NetworkScreen, PanesDrawFullyAndUnchangedDialogsApplyNothing) {
     Ready(term, "Hardware Label (MAC Address)");
     EXPECT_TRUE(Contains(term.Screen(), "load-balancing.")) << term.Screen();
     term.Press("Enter");
-    ASSERT_TRUE(term.WaitForNoText("Hardware Label (MAC Address)")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ReadyWithout(term, "Hardware Label (MAC Address)");
     // Every other dialog drawn whole, its first field filled from the host, and accepted as
     // it stands; IPv6 disabled and enabled again in its dialog.
     struct Entry {
@@ -208,8 +206,7 @@ TEST_F(NetworkScreen, PanesDrawFullyAndUnchangedDialogsApplyNothing) {
           << term.Screen();
       for (const std::string& key : entry.keys) term.Press(key);
       term.Press("Enter");
-      ASSERT_TRUE(term.WaitForNoText(kDialogFooter)) << term.Screen();
-      ASSERT_TRUE(term.WaitUntilPolling());
+      ReadyWithout(term, kDialogFooter);
     }
     Leave(term, "", "");
     ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
@@ -260,8 +257,7 @@ TEST_F(NetworkScreen, AdaptersKeepTheOrderOfMarkingAndMoveANicOffItsOtherSwitch)
   Ready(term, "Adapter Details");
   EXPECT_TRUE(Contains(term.Screen(), "Used By: None")) << term.Screen();
   term.Press("Esc");
-  ASSERT_TRUE(term.WaitForNoText("Adapter Details")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ReadyWithout(term, "Adapter Details");
   mark(1, "[ ] nic1");
   mark(1, "[X] nic1");  // A again: now last
   moveTo(5);
@@ -270,8 +266,7 @@ TEST_F(NetworkScreen, AdaptersKeepTheOrderOfMarkingAndMoveANicOffItsOtherSwitch)
   EXPECT_TRUE(Contains(term.Screen(), "Device Name: uplinkport12")) << term.Screen();
   EXPECT_TRUE(Contains(term.Screen(), "vSwitch1")) << term.Screen();
   term.Press("Enter");
-  ASSERT_TRUE(term.WaitForNoText("Adapter Details")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ReadyWithout(term, "Adapter Details");
   term.Press("Enter");
   Ready(term, "Remove these adapters from their current connections?");
   EXPECT_TRUE(Contains(term.Screen(), "Network Adapters: Warning")) << term.Screen();
@@ -281,8 +276,7 @@ TEST_F(NetworkScreen, AdaptersKeepTheOrderOfMarkingAndMoveANicOffItsOtherSwitch)
   term.Press("Enter");
   Ready(term, "Remove these adapters from their current connections?");
   term.Press("y");
-  ASSERT_TRUE(term.WaitForNoText("Hardware Label (MAC Address)")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ReadyWithout(term, "Hardware Label (MAC Address)");
   WaitForPane(term, "uplinkport12");
   EXPECT_TRUE(Contains(term.Row(5), "  nic2  ")) << term.Screen();
   EXPECT_TRUE(Contains(term.Row(6), "  nic1  ")) << term.Screen();
@@ -333,13 +327,11 @@ TEST_F(NetworkScreen, VlanRulesAndTheConfirmationAnswers) {
       EnterVlan(term, refused);
       Acknowledge(term, "Please reenter a valid VLAN ID (1-4095).");
       term.Press("Esc");
-      ASSERT_TRUE(term.WaitForNoText("VLAN ID (1-4094")) << term.Screen();
-      ASSERT_TRUE(term.WaitUntilPolling());
+      ReadyWithout(term, "VLAN ID (1-4094");
     }
     term.Press("Enter");
     EnterVlan(term, "");
-    ASSERT_TRUE(term.WaitForNoText("VLAN ID (1-4094")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ReadyWithout(term, "VLAN ID (1-4094");
     term.Press("Enter");
     EnterVlan(term, "4095");
     Ready(term, "You entered a VLAN ID of 4095.");
@@ -347,8 +339,7 @@ TEST_F(NetworkScreen, VlanRulesAndTheConfirmationAnswers) {
     term.Press("Enter");
     WaitForPane(term, "4095");
     Leave(term, "Apply changes and restart management network?", "Esc");
-    ASSERT_TRUE(term.WaitForNoText("Apply changes")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ReadyWithout(term, "Apply changes");
     WaitForPane(term, "4095");  // still held
     Leave(term, "Apply changes and restart management network?", "n");
     ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
@@ -491,8 +482,7 @@ class NetworkAddresses : public NetworkScreen {
   static void Fill(Terminal& term, const std::string& dialogText, const std::vector<std::string>& keys) {
     for (const std::string& key : keys) term.Press(key);
     term.Press("Enter");
-    ASSERT_TRUE(term.WaitForNoText(dialogText)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ReadyWithout(term, dialogText);
   }
   // Moves down the entries until the pane shows `heading` (staying when it does already).
   static void MoveTo(Terminal& term, const std::string& heading) {
@@ -553,8 +543,7 @@ TEST_F(NetworkAddresses, TypicalStaticChangeFromTheMenuShowsOnTheWelcomeScreen) 
   Fill(term, kStaticChoice,
        {"Down", "Down", "Down", "1a0.0.0.9", "Down", "255.255.0.0", "Down", "10.0.0.254"});
   Leave(term, "Apply changes and restart management network?", "Esc");
-  ASSERT_TRUE(term.WaitForNoText("Apply changes")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ReadyWithout(term, "Apply changes");
   Leave(term, "Apply changes and restart management network?", "Y");
   Ready(term, "<Esc> Log Out");
   term.Press("Esc");
@@ -635,8 +624,7 @@ TEST_F(NetworkAddresses, EveryRefusalMovesTheSelectionToItsField) {
     Acknowledge(term, c.errorText);
     EXPECT_TRUE(CursorOn(term, c.field)) << term.Screen();
     term.Press("Esc");
-    ASSERT_TRUE(term.WaitForNoText(kDialogFooter)) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    ReadyWithout(term, kDialogFooter);
   }
   Leave(term, "", "");
   FinishDialogChild(term, 1);

@@ -153,7 +153,8 @@ TEST_F(Shutdown, ResetRestoresTheDefaultsAndOnlyEnterRestarts) {
     ASSERT_TRUE(term.WaitFor([&] { return Dimmed(term, "Default settings are restored"); })) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
     term.Press("Esc");  // wakes the screen and is ignored
-    ASSERT_TRUE(term.WaitFor([&] { return !Dimmed(term, "Default settings are restored"); })) << term.Screen();
+    ASSERT_TRUE(term.WaitFor([&] { return !Dimmed(term, "Default settings are restored"); }))
+        << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
     EXPECT_TRUE(term.WaitForText("<Enter> Restart Host", 0)) << term.Screen();
     EXPECT_FALSE(Contains(Syslog(), "logged out due to time out")) << Syslog();

@@ -143,8 +143,7 @@ TEST_F(Troubleshooting, TheTimeoutsEntryGreysWhenBothAreOffAndStillOpens) {
   ASSERT_TRUE(term.WaitForText("Modify the number of minutes")) << term.Screen();
   ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "Set the timeouts for Orin Shell access"));
   term.Press("Esc");
-  ASSERT_TRUE(term.WaitForNoText("Set the timeouts for Orin Shell access")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ReadyWithout(term, "Set the timeouts for Orin Shell access");
   Press(term, {"Up", "Enter"});  // SSH on
   ASSERT_TRUE(term.WaitForText("Disable SSH")) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());  // the entries below are redrawn after it

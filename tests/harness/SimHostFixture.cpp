@@ -86,6 +86,11 @@ void SimHostFixture::Ready(Terminal& term, const std::string& text) {
   ASSERT_TRUE(term.WaitUntilPolling());
 }
 
+void SimHostFixture::ReadyWithout(Terminal& term, const std::string& text) {
+  ASSERT_TRUE(term.WaitForNoText(text)) << text << "\n" << term.Screen();
+  ASSERT_TRUE(term.WaitUntilPolling());
+}
+
 void SimHostFixture::PressUntil(Terminal& term, const std::string& key, const std::string& text) {
   if (key.size() > 1)
     term.Press(key);
@@ -142,8 +147,7 @@ void SimHostFixture::Acknowledge(Terminal& term, const std::string& text) {
   ASSERT_TRUE(term.WaitForText(text)) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());
   term.Press("Enter");
-  ASSERT_TRUE(term.WaitForNoText(text)) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
+  ReadyWithout(term, text);
 }
 
 void SimHostFixture::Card(const std::vector<std::string>& words) const {

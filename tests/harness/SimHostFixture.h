@@ -59,6 +59,9 @@ class SimHostFixture : public ::testing::Test {
   // Waits until `text` shows and the console reads keys.
   static void Ready(Terminal& term, const std::string& text);
 
+  // Waits until `text` is gone and the console reads keys again.
+  static void ReadyWithout(Terminal& term, const std::string& text);
+
   // Presses `key` (a key name such as "F11", or one character typed as it stands) and waits
   // until `text` shows and the console reads keys.
   static void PressUntil(Terminal& term, const std::string& key, const std::string& text);

@@ -14,18 +14,12 @@
 namespace Konu {
 namespace {
 
+using KonuTest::Say;
 using KonuTest::Terminal;
 using KonuTest::UiCurses;
 
 const std::string kShade = "\u2593";
 const std::string kBlock = "\u2588";
-
-void Say(const std::string& text) {
-  move(LINES - 1, 0);
-  clrtoeol();
-  mvaddstr(LINES - 1, 0, text.c_str());
-  refresh();
-}
 
 // A list 30 x `rows` at column 2, row 1 of a black-on-yellow pane; Down and Up move it,
 // every other key goes to the focused input field. Reports the focused index after each key.
@@ -55,19 +49,6 @@ int RunList(std::vector<std::unique_ptr<Item>>& owned, int rows) {
     ++moves;
     Say("moves " + std::to_string(moves) + " focus " + std::to_string(list.Focus().FocusedIndex()));
   }
-}
-
-void ExpectColors(const Terminal& t, int row, int column, int background, int foreground) {
-  KonuTest::CellColors cell = t.Colors(row, column);
-  EXPECT_EQ(cell.background, background) << "row " << row << " column " << column;
-  EXPECT_EQ(cell.foreground, foreground) << "row " << row << " column " << column;
-}
-
-void Quit(Terminal& t) {
-  t.Press("q");
-  int status = -1;
-  EXPECT_TRUE(t.WaitForExit(5000, &status));
-  EXPECT_EQ(status, 0);
 }
 
 TEST(ItemListScreen, TenItemsInFourRowsScrollAndTheBarReachesTheLastRow) {

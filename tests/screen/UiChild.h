@@ -1,14 +1,17 @@
 // Curses started in a Terminal::Fork child the way the console starts it (UTF-8 locale,
-// colours, key definitions), and the usual ways for the child to hold its picture.
+// colours, key definitions), the usual ways for the child to hold its picture and to say how
+// far it got, and the test's checks of cell colours and of the child's end.
 #pragma once
 
 #include <curses.h>
+#include <gtest/gtest.h>
 
 #include <clocale>
 #include <string>
 
 #include "app/Colors.h"
 #include "app/Keys.h"
+#include "tests/harness/Terminal.h"
 #include "ui/Window.h"
 
 namespace KonuTest {
@@ -52,5 +55,27 @@ class UiCurses {
  private:
   SCREEN* screen_ = nullptr;
 };
+
+// In the child: the bottom row says `text` (how far the child got).
+inline void Say(const std::string& text) {
+  move(LINES - 1, 0);
+  clrtoeol();
+  mvaddstr(LINES - 1, 0, text.c_str());
+  refresh();
+}
+
+inline void ExpectColors(const Terminal& t, int row, int column, int background, int foreground) {
+  CellColors cell = t.Colors(row, column);
+  EXPECT_EQ(cell.background, background) << "row " << row << " column " << column;
+  EXPECT_EQ(cell.foreground, foreground) << "row " << row << " column " << column;
+}
+
+// "q" ends the child, which exits with 0.
+inline void Quit(Terminal& t) {
+  t.Press("q");
+  int status = -1;
+  ASSERT_TRUE(t.WaitForExit(5000, &status));
+  EXPECT_EQ(status, 0);
+}
 
 }  // namespace KonuTest

@@ -26,6 +26,7 @@
 namespace Konu {
 namespace {
 
+using KonuTest::Say;
 using KonuTest::Terminal;
 using KonuTest::UiCurses;
 
@@ -47,19 +48,6 @@ class Menu : public RootWindow {
   void Refresh() override {}
   int EventLoop() override { return 0; }
 };
-
-void Say(const char* text) {
-  move(LINES - 1, 0);
-  clrtoeol();
-  mvaddstr(LINES - 1, 0, text);
-  refresh();
-}
-
-void ExpectColors(const Terminal& t, int row, int column, int background, int foreground) {
-  KonuTest::CellColors cell = t.Colors(row, column);
-  EXPECT_EQ(cell.background, background) << "row " << row << " column " << column;
-  EXPECT_EQ(cell.foreground, foreground) << "row " << row << " column " << column;
-}
 
 // A frame with a colour-tagged text and a child window in other colours; it goes inactive
 // at "g" (with "abc" typed ahead) and active again at the next "g".
@@ -109,10 +97,7 @@ TEST(WindowScreen, ADeactivatedFrameIsDimmedDropsTypedKeysAndGetsItsColoursBack)
   ExpectColors(t, 2, 8, 3, 0);
   ExpectColors(t, 4, 3, 6, 7);
   ExpectColors(t, 9, 39, 3, 0);
-  t.Press("q");
-  int status = -1;
-  EXPECT_TRUE(t.WaitForExit(5000, &status));
-  EXPECT_EQ(status, 0);
+  Quit(t);
 }
 
 int InheritColours() {
@@ -144,8 +129,7 @@ TEST(WindowScreen, SetColorsMinusOneTakesBothColoursFromTheParent) {
   ExpectColors(t, 2, 3, 3, 0);  // passed down to the label too
   ExpectColors(t, 3, 21, 3, 0);
   EXPECT_EQ(t.Region(2, 3, 1, 5), "child");
-  t.Press("q");
-  EXPECT_TRUE(t.WaitForExit(5000, nullptr));
+  Quit(t);
 }
 
 // A dialog whose loop runs `body` (the next dialog up) and returns its result.
@@ -236,8 +220,7 @@ TEST(WindowScreen, MessageDialogIsCentredOverItsDimmedOwnersAndLeavesNothingBehi
   ASSERT_TRUE(t.WaitUntilPolling());
   ExpectColors(t, 1, 1, 3, 1);  // the owner is back, colour tags and all
   EXPECT_FALSE(t.Find("Shut Down Host", nullptr, nullptr)) << t.Screen();
-  t.Press("q");
-  EXPECT_TRUE(t.WaitForExit(5000, nullptr));
+  Quit(t);
 }
 
 TEST(WindowScreen, RootWindowHasTwoPanesABoxAndTheLineUnderTheTitles) {
@@ -286,8 +269,7 @@ TEST(WindowScreen, RootWindowHasTwoPanesABoxAndTheLineUnderTheTitles) {
   ExpectColors(t, 1, 42, 6, 7);   // information title: white on dark grey
   ExpectColors(t, 4, 42, 6, 2);   // information text: light grey
   ExpectColors(t, 23, 10, 0, 2);  // bottom line
-  t.Press("q");
-  EXPECT_TRUE(t.WaitForExit(5000, nullptr));
+  Quit(t);
   EXPECT_NE(KonuTest::ReadFileText(log).find("COLS=80, LINES=24"), std::string::npos)
       << KonuTest::ReadFileText(log);
 }
@@ -313,8 +295,7 @@ TEST(WindowScreen, ChildrenLeaveTheirParentsListAndDeleteChildrenDeletesTheRest)
       },
       KonuTest::UiEnv());
   ASSERT_TRUE(t.WaitForText("children 4 3 0", 5000)) << t.Screen();
-  t.Press("q");
-  EXPECT_TRUE(t.WaitForExit(5000, nullptr));
+  Quit(t);
 }
 
 }  // namespace
