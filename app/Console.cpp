@@ -18,6 +18,7 @@
 #include <exception>
 
 #include "app/Clock.h"
+#include "app/AttributeReset.h"
 #include "app/Colors.h"
 #include "app/Keys.h"
 #include "app/PidFile.h"
@@ -147,6 +148,7 @@ bool StartCurses(const termios& saved) {
   start_color();
   PrepareTerminalRestore(saved);
   atexit(RestoreTerminal);
+  TrimAttributeReset();
   curs_set(0);
   cbreak();
   noecho();

@@ -119,43 +119,51 @@ TEST_F(ConsoleLogin, WrongThenRightPasswordOpensTheMenuWithEveryRecord) {
 
 // Over a serial line every byte is felt: F2 paints the form and the login paints the menu
 // with no cell written twice, and a typed character or Backspace sends the one changed
-// field cell, not the form again.
+// field cell in at most 25 bytes, not the form again; on a remote terminal and on the
+// Linux console alike, the erased cell back in the field's colours.
 TEST_F(ConsoleLogin, EachChangeIsPaintedOnceAndAKeySendsOnlyTheChangedCell) {
-  Terminal term(25, 80);
-  Start(term);
-  auto expectEachCellWrittenOnce = [&](const char* change) {
-    for (int row = 0; row < term.Rows(); ++row)
-      for (int col = 0; col < term.Cols(); ++col)
-        ASSERT_LE(term.CellWrites(row, col), 1) << change << ": row " << row << " column " << col;
-  };
-  term.ResetCellWrites();
-  OpenLogin(term);
-  expectEachCellWrittenOnce("F2");
+  for (const char* type : {"TERM=xterm-256color", "TERM=linux"}) {
+    SCOPED_TRACE(type);
+    Terminal term(25, 80);
+    Start(term, {type, "ESCDELAY=25", "LANG=C.UTF-8"});
+    auto expectEachCellWrittenOnce = [&](const char* change) {
+      for (int row = 0; row < term.Rows(); ++row)
+        for (int col = 0; col < term.Cols(); ++col)
+          ASSERT_LE(term.CellWrites(row, col), 1) << change << ": row " << row << " column " << col;
+    };
+    term.ResetCellWrites();
+    OpenLogin(term);
+    expectEachCellWrittenOnce("F2");
 
-  int passwordRow = 0;
-  ASSERT_TRUE(term.Find("Password:", &passwordRow, nullptr));
-  term.Press("Enter");  // the cursor goes to the secret field
-  ASSERT_TRUE(term.WaitFor([&] {
-    int row = 0;
-    term.CursorPosition(&row, nullptr);
-    return row == passwordRow;
-  }));
-  ASSERT_TRUE(term.WaitUntilPolling());
-  for (const char* key : {"a", "Backspace"}) {
-    const std::string before = term.Screen();
-    const size_t bytes = term.BytesWritten();
-    term.Press(key);
-    ASSERT_TRUE(term.WaitFor([&] { return term.Screen() != before; })) << key;
+    int passwordRow = 0, column = 0;
+    ASSERT_TRUE(term.Find("Password:", &passwordRow, nullptr));
+    term.Press("Enter");  // the cursor goes to the secret field
+    ASSERT_TRUE(term.WaitFor([&] {
+      int row = 0;
+      term.CursorPosition(&row, &column);
+      return row == passwordRow;
+    }));
     ASSERT_TRUE(term.WaitUntilPolling());
-    EXPECT_LE(term.BytesWritten() - bytes, 40u) << key;
-  }
+    const KonuTest::CellColors field = term.Colors(passwordRow, column);
+    for (const char* key : {"a", "Backspace"}) {
+      const std::string before = term.Screen();
+      const size_t bytes = term.BytesWritten();
+      term.Press(key);
+      ASSERT_TRUE(term.WaitFor([&] { return term.Screen() != before; })) << key;
+      ASSERT_TRUE(term.WaitUntilPolling());
+      EXPECT_LE(term.BytesWritten() - bytes, 25u) << key;
+    }
+    const KonuTest::CellColors erased = term.Colors(passwordRow, column);
+    EXPECT_EQ(field.background, erased.background) << "the erased cell";
+    EXPECT_EQ(field.foreground, erased.foreground) << "the erased cell";
 
-  term.Type("konu");
-  ASSERT_TRUE(term.WaitFor([&] { return Contains(term.Row(passwordRow), "[ **** "); })) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  term.ResetCellWrites();
-  ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", kMenuTitle));
-  expectEachCellWrittenOnce("login");
+    term.Type("konu");
+    ASSERT_TRUE(term.WaitFor([&] { return Contains(term.Row(passwordRow), "[ **** "); })) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+    term.ResetCellWrites();
+    ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", kMenuTitle));
+    expectEachCellWrittenOnce("login");
+  }
 }
 
 TEST_F(ConsoleLogin, DeniedUserIsRefused) {

@@ -1,6 +1,7 @@
 // The Configure Management Network screen on a fresh simulated host, run by itself in a pty
-// child: summary panes, the exit confirmation, the adapters and VLAN dialogs, and the apply
-// with its log lines, host changes and error dialogs.
+// child (and once through the menu, as an operator reaches it): summary panes, the exit
+// confirmation, the adapters, VLAN and address dialogs with their refusals and modes, and the
+// apply with its log lines, host changes and error dialogs.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -99,6 +100,19 @@ class NetworkScreen : public SimHostFixture {
     WaitForPane(term, vlan);
   }
 
+  static constexpr const char* kDialogFooter = "<Enter> OK  <Esc> Cancel";
+
+  // The open dialog is drawn whole: `lastRow` above its footer, its own bottom edge (not the
+  // screen's, which starts its row) right below.
+  static void ExpectWholeDialog(const Terminal& term, const std::string& lastRow) {
+    int footer = 0, last = 0, col = 0;
+    ASSERT_TRUE(term.Find(kDialogFooter, &footer, &col)) << term.Screen();
+    EXPECT_TRUE(term.Find(lastRow, &last, &col) && last < footer) << lastRow << "\n" << term.Screen();
+    ASSERT_LT(footer + 1, term.Rows()) << term.Screen();
+    const size_t corner = term.Row(footer + 1).find("└");
+    EXPECT_TRUE(corner != std::string::npos && corner > 0) << term.Screen();
+  }
+
   std::string Pnic(const std::string& name) const {
     return State("/network/pnics/" + name + "/mac").get<std::string>();
   }
@@ -118,8 +132,8 @@ class NetworkScreen : public SimHostFixture {
   }
 };
 
-// Every pane with its lines and help text, on both console sizes; then the adapters and VLAN
-// dialogs opened and accepted unchanged, and Esc: nothing applied, no confirmation.
+// Every pane with its lines and help text, on both console sizes; then every dialog opened,
+// drawn whole and accepted unchanged, and Esc: nothing applied, no confirmation.
 TEST_F(NetworkScreen, PanesDrawFullyAndUnchangedDialogsApplyNothing) {
   for (int rows : {24, 25}) {
     SCOPED_TRACE(rows);
@@ -163,12 +177,31 @@ TEST_F(NetworkScreen, PanesDrawFullyAndUnchangedDialogsApplyNothing) {
     term.Press("Enter");
     ASSERT_TRUE(term.WaitForNoText("Hardware Label (MAC Address)")) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
-    Select(term, 1, "VLAN (optional)");
-    term.Press("Enter");
-    Ready(term, "<Enter> OK  <Esc> Cancel");
-    term.Press("Enter");
-    ASSERT_TRUE(term.WaitForNoText("VLAN ID (1-4094")) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+    // Every other dialog drawn whole and accepted as it stands; IPv6 disabled and enabled
+    // again in its dialog.
+    struct Entry {
+      const char* heading;
+      const char* lastRow;
+      std::vector<std::string> keys;
+    };
+    const Entry entries[] = {
+        {"VLAN (optional)", "VLAN ID (1-4094", {}},
+        {"IPv4 Configuration", "Default Gateway", {}},
+        {"IPv6 Configuration", "Default gateway", {" ", "Down", "Down", " "}},
+        {"DNS Configuration", "Hostname", {}},
+        {"Custom DNS Suffixes", "Suffixes:", {}},
+    };
+    for (const Entry& entry : entries) {
+      SCOPED_TRACE(entry.heading);
+      Select(term, 1, entry.heading);
+      term.Press("Enter");
+      Ready(term, kDialogFooter);
+      ExpectWholeDialog(term, entry.lastRow);
+      for (const std::string& key : entry.keys) term.Press(key);
+      term.Press("Enter");
+      ASSERT_TRUE(term.WaitForNoText(kDialogFooter)) << term.Screen();
+      ASSERT_TRUE(term.WaitUntilPolling());
+    }
     Leave(term, "", "");
     ASSERT_TRUE(term.WaitForText("RESULT=1")) << term.Screen();
     EXPECT_FALSE(Contains(term.Screen(), "Apply changes")) << term.Screen();
@@ -434,9 +467,8 @@ TEST_F(NetworkScreen, WithoutAUsableInterfaceTheScreenSaysSo) {
   EXPECT_TRUE(Contains(Syslog(), "Could not get a suitable management interface")) << Syslog();
 }
 
-// The address entries through the screen. The typical change: a static IPv4 address, mask and
-// gateway; Esc in the confirmation keeps them, Y applies them in order, and the welcome
-// screen shows the new address.
+// The address entries through the screen: their dialogs' refusals and modes as the apply hands
+// them to the host.
 class NetworkAddresses : public NetworkScreen {
  protected:
   // Opens the entry `steps` below the first and waits for its dialog.
@@ -453,6 +485,22 @@ class NetworkAddresses : public NetworkScreen {
     ASSERT_TRUE(term.WaitForNoText(dialogText)) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
   }
+  // Moves down the entries until the pane shows `heading` (staying when it does already).
+  static void MoveTo(Terminal& term, const std::string& heading) {
+    for (int i = 0; i < 6 && PaneHeading(term) != heading; ++i) {
+      const std::string before = PaneHeading(term);
+      term.Press("Down");
+      ASSERT_TRUE(term.WaitFor([&] { return PaneHeading(term) != before; })) << term.Screen();
+      ASSERT_TRUE(term.WaitUntilPolling());
+    }
+    ASSERT_EQ(heading, PaneHeading(term)) << term.Screen();
+  }
+  // The text cursor is shown on the field labelled `label`.
+  static bool CursorOn(const Terminal& term, const std::string& label) {
+    int row = -1, col = -1;
+    term.CursorPosition(&row, &col);
+    return term.CursorVisible() && row >= 0 && col > 0 && Contains(term.Region(row, 0, 1, col), label);
+  }
   // Runs the console on the host and waits for `text` on the welcome screen.
   void ExpectWelcome(const std::string& text) {
     Terminal term(24, 80);
@@ -460,72 +508,196 @@ class NetworkAddresses : public NetworkScreen {
     EXPECT_TRUE(term.WaitForText(text)) << term.Screen();
   }
   // Switches IPv4 to DHCP on a host whose DHCP server is there or not, applies it, and
-  // checks the lease and what the welcome screen shows.
+  // checks the lease, the static values kept for a later switch back, and what the welcome
+  // screen shows.
   void SwitchToDhcp(bool server, const std::string& address, const std::string& welcome) {
     SetState("/network/dhcpServer/available", server);
     Terminal term(24, 80);
     Open(term);
     Edit(term, 2, "IPv4 Configuration", kStaticChoice);
-    Fill(term, kStaticChoice, {"Down", " "});
+    for (const char* key : {"Down", " ", "Down", "Down", "Down"}) term.Press(key);
+    ASSERT_TRUE(term.WaitUntilPolling());
+    EXPECT_FALSE(term.CursorVisible()) << "the address fields are disabled and passed over";
+    Fill(term, kStaticChoice, {});
     Leave(term, "Apply changes and restart management network?", "y");
     FinishDialogChild(term, 1);
     EXPECT_EQ(true, State("/network/nukNics/nuk0/ipv4/dhcp"));
+    EXPECT_EQ("10.0.0.5", State("/network/nukNics/nuk0/ipv4/address"));
+    EXPECT_EQ("255.255.255.0", State("/network/nukNics/nuk0/ipv4/netmask"));
     EXPECT_EQ(address, State("/network/nukNics/nuk0/ipv4Lease/address"));
     EXPECT_TRUE(Contains(Syslog(), "Switching to DHCP on nuk0")) << Syslog();
     ExpectWelcome(welcome);
   }
   static constexpr const char* kStaticChoice = "Set static IPv4 address and network configuration:";
+  static constexpr const char* kIpv6Static = "Set static IPv6 address and network configuration";
+  static constexpr const char* kDnsManual = "Use the following DNS server addresses and hostname:";
 };
 
-TEST_F(NetworkAddresses, TypicalStaticChangeIsAppliedInOrder) {
+// The typical change as an operator makes it: from the menu, a static IPv4 address (letters
+// are not taken), mask and gateway; Esc in the confirmation keeps them, Y applies them in
+// order, and after logging out the welcome screen shows the new address.
+TEST_F(NetworkAddresses, TypicalStaticChangeFromTheMenuShowsOnTheWelcomeScreen) {
   Terminal term(25, 80);
-  Open(term);
+  OpenFromMenu(term, "<Enter> More", "<Esc> Exit");  // the first entry with more behind it
+  ASSERT_EQ("Network Adapters", PaneHeading(term)) << term.Screen();
   Edit(term, 2, "IPv4 Configuration", kStaticChoice);
-  Fill(
-      term, kStaticChoice,
-      {"Down", "Down", "Down", "1a0.0.0.9", "Down", "255.255.0.0", "Down", "10.0.0.254"});  // letters ignored
+  Fill(term, kStaticChoice,
+       {"Down", "Down", "Down", "1a0.0.0.9", "Down", "255.255.0.0", "Down", "10.0.0.254"});
   Leave(term, "Apply changes and restart management network?", "Esc");
   ASSERT_TRUE(term.WaitForNoText("Apply changes")) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());
   Leave(term, "Apply changes and restart management network?", "Y");
-  FinishDialogChild(term, 1);
+  Ready(term, "<Esc> Log Out");
+  term.Press("Esc");
+  EXPECT_TRUE(term.WaitForText("https://10.0.0.9/")) << term.Screen();
   EXPECT_EQ("10.0.0.9", State("/network/nukNics/nuk0/ipv4/address"));
   EXPECT_EQ("255.255.0.0", State("/network/nukNics/nuk0/ipv4/netmask"));
   EXPECT_EQ("10.0.0.254", State("/network/routing/defaultTcpipStack/ipv4Gateway"));
   ExpectLogOrder({"Setting ipv4 configuration to 10.0.0.9 255.255.0.0 on nuk0",
                   "Setting default gateway to 10.0.0.254", "Setting suffixes to ",
                   "Network settings changed."});
-  ExpectWelcome("10.0.0.9");
 }
 
-// Every address dialog accepted as it stands, IPv6 disabled and enabled again in its dialog:
-// Esc closes the screen at once and nothing is applied.
-TEST_F(NetworkAddresses, UnchangedDialogsAndIpv6ToggledBackAskNothing) {
+// Each refusal once, from the top of its dialog: the keys fill the fields and go back up to a
+// choice, so that the selection has to move to the offending field. Esc then drops the
+// dialog, and nothing is applied.
+TEST_F(NetworkAddresses, EveryRefusalMovesTheSelectionToItsField) {
+  SetState("/network/dns/defaultTcpipStack/nameServers", {"10.0.0.2", "2001:db8:10::2"});
+  struct Case {
+    const char* entry;
+    std::vector<std::string> keys;
+    const char* errorTitle;
+    const char* errorText;
+    const char* field;
+  };
+  const Case cases[] = {
+      {"IPv4 Configuration",
+       {"Down", "Down", "Down", "10.0.0", "Up"},
+       "Invalid IP address",
+       "Please reenter a valid IPv4 address (x.x.x.x).",
+       "IPv4 Address"},
+      {"IPv4 Configuration",
+       {"Down", "Down", "Down", "Down", "255.0.255.0", "Up", "Up"},
+       "Invalid subnet",
+       "Please reenter a valid subnet (x.x.x.x).",
+       "Subnet Mask"},
+      {"IPv4 Configuration",
+       {"Down", "Down", "Down", "Down", "Down", "10.0.0.256", "Up", "Up", "Up"},
+       "Invalid gateway address",
+       "Please reenter a valid gateway address (x.x.x.x).",
+       "Default Gateway"},
+      {"IPv6 Configuration",
+       {"Down", "Down", "Down", "2001:db8::9", "Up"},
+       "Invalid IP address",
+       "Please reenter a valid IPv6 network address (x:x:x/x).",
+       "Static address"},
+      {"IPv6 Configuration",
+       {"Down", "Down", "Down", "fe80::1/64", "Up"},
+       "Invalid scope",
+       "Cannot add a link-local address as static address.",
+       "Static address"},
+      {"IPv6 Configuration",
+       {"Down", "Down", "Down", "Down", "2001:db8::zz", "Up", "Up"},
+       "Invalid gateway address",
+       "Please reenter a valid IPv6 gateway address (x:x:x).",
+       "Default gateway"},
+      {"DNS Configuration",
+       {"Down", "Down", "1.2.3", "Up", "Up"},
+       "Invalid DNS server address",
+       "Please reenter a valid DNS server address (IP or IPv6).",
+       "Primary DNS Server"},
+      {"DNS Configuration",
+       {"Down", "Down", "Down", "2001:db8::1::2", "Up", "Up", "Up"},
+       "Invalid DNS server address",
+       "Please reenter a valid DNS server address (IP or IPv6).",
+       "IPv6 DNS Server"},
+  };
   Terminal term(24, 80);
   Open(term);
-  Edit(term, 2, "IPv4 Configuration", kStaticChoice);
-  Fill(term, kStaticChoice, {});
-  const char* ipv6Static = "Set static IPv6 address and network configuration";
-  Edit(term, 1, "IPv6 Configuration", ipv6Static);
-  Fill(term, ipv6Static, {" ", "Down", "Down", " "});
-  Edit(term, 1, "DNS Configuration", "Use the following DNS server addresses and hostname:");
-  Fill(term, "Use the following DNS server", {});
-  Edit(term, 1, "Custom DNS Suffixes", "Suffixes:");
-  Fill(term, "Suffixes:", {});
-  term.Press("Esc");
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.errorText + std::string(" / ") + c.field);
+    MoveTo(term, c.entry);
+    term.Press("Enter");
+    Ready(term, kDialogFooter);
+    for (const std::string& key : c.keys) term.Press(key);
+    ASSERT_TRUE(term.WaitFor([&] { return !term.CursorVisible(); })) << "back on a choice";
+    term.Press("Enter");
+    ASSERT_TRUE(term.WaitForText(c.errorTitle)) << term.Screen();
+    Acknowledge(term, c.errorText);
+    EXPECT_TRUE(CursorOn(term, c.field)) << term.Screen();
+    term.Press("Esc");
+    ASSERT_TRUE(term.WaitForNoText(kDialogFooter)) << term.Screen();
+    ASSERT_TRUE(term.WaitUntilPolling());
+  }
+  Leave(term, "", "");
   FinishDialogChild(term, 1);
   EXPECT_FALSE(Contains(Syslog(), "Setting ")) << Syslog();
 }
 
-// The IPv6 default gateway step, reached only through the IPv6 dialog: its failure is shown
-// and the DNS step still runs (the faults table above covers every other step).
+// The address dialogs' modes as the apply hands them to the host: IPv4 none (the static
+// values stay configured); IPv6 dynamic with DHCPv6 or with router advertisement, the gateway
+// left alone; a DNS form whose IPv6 server is emptied and whose host name drops the character
+// it does not take.
+TEST_F(NetworkAddresses, ModesAsApplied) {
+  struct Change {
+    int steps;  // below the entry before
+    const char* heading;
+    const char* dialogText;
+    std::vector<std::string> keys;
+  };
+  struct Case {
+    const char* name;
+    std::vector<Change> changes;
+    std::vector<std::string> logged;  // in this order
+    std::vector<std::pair<const char*, json>> state;
+  };
+  const Case cases[] = {
+      {"none, DHCPv6, DNS",
+       {{2, "IPv4 Configuration", kStaticChoice, {" "}},
+        {1, "IPv6 Configuration", kIpv6Static, {"Down", " ", "Down", " "}},
+        {1, "DNS Configuration", kDnsManual, {"Down", "Down", "Down", "Backspace", "Down", "new-host.x_y"}}},
+       {"Setting ipv4 configuration to none on nuk0", "Setting ipv6 configuration",
+        "Setting hostname to new-host.xy", "Setting nameservers to 10.0.0.2 ", "Network settings changed."},
+       {{"/network/nukNics/nuk0/ipv4/none", true},
+        {"/network/nukNics/nuk0/ipv4/address", "10.0.0.5"},
+        {"/network/nukNics/nuk0/ipv6/dhcp", true},
+        {"/network/nukNics/nuk0/ipv6/routerAdvertised", false},
+        {"/network/routing/defaultTcpipStack/ipv6Gateway", "2001:db8:10::1"},
+        {"/network/dns/defaultTcpipStack/nameServers", {"10.0.0.2"}}}},
+      {"router advertisement",
+       {{3, "IPv6 Configuration", kIpv6Static, {"Down", " "}}},
+       {"Setting ipv6 configuration", "Network settings changed."},
+       {{"/network/nukNics/nuk0/ipv6/dhcp", false},
+        {"/network/nukNics/nuk0/ipv6/routerAdvertised", true},
+        {"/network/routing/defaultTcpipStack/ipv6Gateway", "2001:db8:10::1"}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    SetUp();  // a fresh host per case
+    SetState("/network/dns/defaultTcpipStack/nameServers", {"10.0.0.2", "2001:db8:10::2"});
+    Terminal term(24, 80);
+    Open(term);
+    for (const Change& change : c.changes) {
+      Edit(term, change.steps, change.heading, change.dialogText);
+      Fill(term, change.dialogText, change.keys);
+    }
+    Leave(term, "Apply changes and restart management network?", "y");
+    FinishDialogChild(term, 1);
+    ExpectLogOrder(c.logged);
+    EXPECT_FALSE(Contains(Syslog(), "Setting default ipv6 gateway")) << Syslog();
+    for (const auto& [pointer, value] : c.state) EXPECT_EQ(value, State(pointer)) << pointer;
+  }
+}
+
+// The IPv6 default gateway step, reached only through the IPv6 dialog (with a static address
+// beside it): its failure is shown and the DNS step still runs (the faults table above covers
+// every other step).
 TEST_F(NetworkAddresses, AFailingIpv6GatewayStepIsReportedAndTheNextStepRuns) {
   SetState("/faults/operations/RoutingInfo.SetIpv6NuKernelDefaultGateway", "boom");
   Terminal term(24, 80);
   Open(term);
-  const char* ipv6Static = "Set static IPv6 address and network configuration";
-  Edit(term, 3, "IPv6 Configuration", ipv6Static);
-  Fill(term, ipv6Static, {"Down", "Down", "Down", "Down", "Down", "2001:db8:10::2"});  // to the last field
+  Edit(term, 3, "IPv6 Configuration", kIpv6Static);
+  Fill(term, kIpv6Static, {"Down", "Down", "Down", "fe81::1/64", "Down", "2001:db8:10::2"});
   Edit(term, 2, "Custom DNS Suffixes", "Suffixes:");
   Fill(term, "Suffixes:", {"x.test"});
   Leave(term, "Apply changes and restart management network?", "y");
@@ -537,6 +709,9 @@ TEST_F(NetworkAddresses, AFailingIpv6GatewayStepIsReportedAndTheNextStepRuns) {
   ExpectLogOrder({"Setting default ipv6 gateway to 2001:db8:10::2",
                   "Setting default ipv6 gateway failed: boom", "Setting suffixes to x.test",
                   "Network settings changed."});
+  // Only fe80 is link-local to the dialog: fe81 is taken as a static address.
+  EXPECT_EQ((json{{"address", "fe81::1"}, {"prefixLength", 64}}),
+            State("/network/nukNics/nuk0/ipv6/addresses/3"));
 }
 
 // DHCP takes the simulated server's lease; without a server the address is 0.0.0.0 and the
@@ -552,9 +727,8 @@ TEST_F(NetworkAddresses, SwitchingToDhcpWithoutAServerWarns) {
 TEST_F(NetworkAddresses, Ipv6ToggledAloneAppliesAndRestartsTheHost) {
   Terminal term(24, 80);
   Open(term);
-  const char* ipv6Static = "Set static IPv6 address and network configuration";
-  Edit(term, 3, "IPv6 Configuration", ipv6Static);
-  Fill(term, ipv6Static, {" "});
+  Edit(term, 3, "IPv6 Configuration", kIpv6Static);
+  Fill(term, kIpv6Static, {" "});
   Leave(term, "Apply changes and reboot host?", "Y");
   ASSERT_TRUE(term.WaitForText("Restart in progress...")) << term.Screen();
   ASSERT_TRUE(term.WaitFor([&] { return !State("/power/history").empty(); })) << term.Screen();
@@ -569,9 +743,8 @@ TEST_F(NetworkAddresses, Ipv6ToggledAloneAppliesAndRestartsTheHost) {
 TEST_F(NetworkAddresses, DnsServersAndSuffixesAsApplied) {
   Terminal term(24, 80);
   Open(term);
-  const char* manual = "Use the following DNS server addresses and hostname:";
-  Edit(term, 4, "DNS Configuration", manual);
-  Fill(term, manual, {"Down", "Down", "0.0.0.0", "Down", "::"});
+  Edit(term, 4, "DNS Configuration", kDnsManual);
+  Fill(term, kDnsManual, {"Down", "Down", "0.0.0.0", "Down", "::"});
   Edit(term, 1, "Custom DNS Suffixes", "Suffixes:");
   Fill(term, "Suffixes:", {"a.test, b.test,,{c}.test"});  // typed at once; braces are not taken
   Leave(term, "Apply changes and restart management network?", "Y");
