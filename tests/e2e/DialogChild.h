@@ -11,8 +11,6 @@
 #include <memory>
 #include <string>
 
-#include "app/Clock.h"
-#include "app/KonuTimeout.h"
 #include "app/Runtime.h"
 #include "host/HostRoot.h"
 #include "host/Log.h"
@@ -80,30 +78,6 @@ void ForkDialog(Terminal& term, const DialogChildSetup& setup) {
         return RunDialogChild(setup, [](Konu::Frame& owner) {
           DialogType dialog(&owner);
           return dialog.RunModal();
-        });
-      },
-      UiEnv());
-}
-
-// Forks a child that runs a `DialogType(&owner)` inside a logged-in session with
-// `idleTimeout` seconds, on a clock `clockSpeed` times faster; a KonuTimeout leaving the
-// dialog shows "RESULT=99".
-template <typename DialogType>
-void ForkDialogInSession(Terminal& term, const std::string& root, double clockSpeed, unsigned idleTimeout) {
-  term.Fork(
-      [root, clockSpeed, idleTimeout] {
-        return RunDialogChild({root, false, "root"}, [clockSpeed, idleTimeout](Konu::Frame& owner) {
-          static Konu::ScaledClock clock(clockSpeed);
-          Konu::Runtime& runtime = Konu::Runtime::Get();
-          runtime.SetClock(&clock);
-          runtime.session.active = true;
-          runtime.session.idleTimeout = idleTimeout;
-          try {
-            DialogType dialog(&owner);
-            return dialog.RunModal();
-          } catch (const Konu::KonuTimeout&) {
-            return 99;
-          }
         });
       },
       UiEnv());

@@ -1,45 +1,19 @@
 // The login form through the console's welcome screen on a fresh simulated host: its two
 // forms, the outcome of each attempt on screen and in the syslog, audit and event logs, the
-// expired-password path; and the disabled-login refusal alone in a forked child.
+// expired-password path, and the refusal when console login is switched off.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <cstdio>
 
-#include "screens/LoginDisabledDialog.h"
-#include "tests/e2e/DialogChild.h"
 #include "tests/harness/SimHost.h"
 #include "tests/harness/SimHostFixture.h"
 
 namespace {
 
-using KonuTest::DialogChildSetup;
 using KonuTest::SimHostFixture;
 using KonuTest::Terminal;
 
-class Login : public SimHostFixture {};
-
-TEST_F(Login, DisabledDialogRefusesUntilEnter) {
-  Terminal term(24, 80);
-  DialogChildSetup setup{Root(), false, ""};
-  KonuTest::ForkDialog<Konu::LoginDisabledDialog>(term, setup);
-  ASSERT_TRUE(term.WaitForText("Authentication Denied")) << term.Screen();
-  ASSERT_TRUE(term.WaitForText("konu-host.example.test.")) << term.Screen();
-  EXPECT_TRUE(term.WaitForText("Direct console access has been disabled by the")) << term.Screen();
-  EXPECT_TRUE(term.WaitForText("administrator for konu-host.example.test.")) << term.Screen();
-  ASSERT_TRUE(term.WaitUntilPolling());
-  term.Press("Esc");
-  term.Press("x");
-  ASSERT_TRUE(term.WaitUntilPolling());
-  EXPECT_FALSE(Contains(term.Screen(), "RESULT=")) << "only Enter closes it";
-  // Esc and Enter in one burst: curses reads the Enter while it looks for a longer
-  // sequence after the Esc and keeps it; the Enter must still be taken at once.
-  term.Write("\x1b\r");
-  ASSERT_TRUE(term.WaitForText("RESULT=0")) << term.Screen();
-  FinishDialogChild(term, 0);
-}
-
-// The same login through the console itself: F2 on the welcome screen.
 constexpr const char kMenuTitle[] = "System Customization";
 
 class ConsoleLogin : public SimHostFixture {
@@ -70,18 +44,28 @@ class ConsoleLogin : public SimHostFixture {
   }
 };
 
+// Without the marker file F2 and F12 open the refusal, never the form; only Enter closes it.
 TEST_F(ConsoleLogin, WithoutTheMarkerFileF2OpensTheRefusalNeverTheForm) {
   ASSERT_EQ(0, std::remove(HostFile("var/run/corbel/show-konu-login").c_str()));
   Terminal term(24, 80);
   Start(term);
   term.Press("F2");
   ASSERT_TRUE(term.WaitForText("Authentication Denied")) << term.Screen();
+  for (const char* text :
+       {"Direct console access has been disabled by the", "administrator for konu-host.example.test."})
+    EXPECT_TRUE(term.WaitForText(text)) << text << "\n" << term.Screen();
   EXPECT_FALSE(Contains(term.Screen(), "Authentication Required")) << term.Screen();
   EXPECT_FALSE(Contains(term.Screen(), "Login Name:")) << term.Screen();
   ASSERT_TRUE(term.WaitUntilPolling());
-  term.Press("Enter");
-  ASSERT_TRUE(term.WaitForNoText("Authentication Denied")) << term.Screen();
+  term.Press("Esc");
+  term.Press("x");
   ASSERT_TRUE(term.WaitUntilPolling());
+  EXPECT_TRUE(Contains(term.Screen(), "Authentication Denied")) << "only Enter closes it";
+  // Esc and Enter in one burst: curses reads the Enter while it looks for a longer
+  // sequence after the Esc and keeps it; the Enter must still be taken at once.
+  term.Write("\x1b\r");
+  ASSERT_TRUE(term.WaitForNoText("Authentication Denied")) << term.Screen();
+  ASSERT_NO_FATAL_FAILURE(Ready(term, ProductLine()));
   term.Press("F12");
   ASSERT_TRUE(term.WaitForText("Authentication Denied")) << term.Screen();
   EXPECT_FALSE(Contains(Audit(), "login.connect"));

@@ -177,19 +177,25 @@ TEST_F(NetworkScreen, PanesDrawFullyAndUnchangedDialogsApplyNothing) {
     term.Press("Enter");
     ASSERT_TRUE(term.WaitForNoText("Hardware Label (MAC Address)")) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
-    // Every other dialog drawn whole and accepted as it stands; IPv6 disabled and enabled
-    // again in its dialog.
+    // Every other dialog drawn whole, its first field filled from the host, and accepted as
+    // it stands; IPv6 disabled and enabled again in its dialog.
     struct Entry {
       const char* heading;
+      const char* field;
+      const char* value;
       const char* lastRow;
       std::vector<std::string> keys;
     };
     const Entry entries[] = {
-        {"VLAN (optional)", "VLAN ID (1-4094", {}},
-        {"IPv4 Configuration", "Default Gateway", {}},
-        {"IPv6 Configuration", "Default gateway", {" ", "Down", "Down", " "}},
-        {"DNS Configuration", "Hostname", {}},
-        {"Custom DNS Suffixes", "Suffixes:", {}},
+        {"VLAN (optional)", "VLAN ID (1-4094", "", "VLAN ID (1-4094", {}},
+        {"IPv4 Configuration", "IPv4 Address", "[ 10.0.0.5 ", "Default Gateway", {}},
+        {"IPv6 Configuration",
+         "Static address",
+         "[ 2001:db8:10::5/64 ",
+         "Default gateway",
+         {" ", "Down", "Down", " "}},
+        {"DNS Configuration", "Primary DNS Server", "[ 10.0.0.2 ", "Hostname", {}},
+        {"Custom DNS Suffixes", "Suffixes:", "[ example.test ", "Suffixes:", {}},
     };
     for (const Entry& entry : entries) {
       SCOPED_TRACE(entry.heading);
@@ -197,6 +203,9 @@ TEST_F(NetworkScreen, PanesDrawFullyAndUnchangedDialogsApplyNothing) {
       term.Press("Enter");
       Ready(term, kDialogFooter);
       ExpectWholeDialog(term, entry.lastRow);
+      int row = 0, col = 0;
+      EXPECT_TRUE(term.Find(entry.field, &row, &col) && Contains(term.Row(row), entry.value))
+          << term.Screen();
       for (const std::string& key : entry.keys) term.Press(key);
       term.Press("Enter");
       ASSERT_TRUE(term.WaitForNoText(kDialogFooter)) << term.Screen();

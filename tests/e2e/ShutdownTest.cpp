@@ -8,8 +8,6 @@
 
 #include <algorithm>
 
-#include "ops/RestoreDialog.h"
-#include "tests/e2e/DialogChild.h"
 #include "tests/harness/SimHostFixture.h"
 
 namespace {
@@ -127,25 +125,21 @@ TEST_F(Shutdown, NoIdleTimeOutClosesTheDialogOpenedWithF12) {
   EXPECT_TRUE(term.WaitForText("[X] Forcefully terminate")) << term.Screen();
 }
 
-// The reset dialog runs by itself, in a session with a one-minute time-out on a clock twenty
-// times faster, until the menu that opens it is reachable.
-void ForkRestore(Terminal& term, const std::string& root) {
-  KonuTest::ForkDialogInSession<Konu::RestoreDialog>(term, root, 20, 60);
-}
-
+// Through the menu, in a session with a one-minute time-out on a clock twenty times faster:
+// only F11 resets, the factory values come back, the box outlasts the idle time-out and only
+// Enter restarts the host (no machine is powered off), which ends the console.
 TEST_F(Shutdown, ResetRestoresTheDefaultsAndOnlyEnterRestarts) {
   for (int rows : {24, 25}) {
     SCOPED_TRACE(rows);
     SetUp();
     const nlohmann::json factory = State("/network/dns/defaultTcpipStack/searchDomains");
     SetState("/network/dns/defaultTcpipStack/searchDomains", nlohmann::json::array({"example.org"}));
+    SetState("/advancedOptions/~1UserVars~1KonuTimeOut/value", 60);
     Terminal term(rows, 80);
-    ForkRestore(term, Root());
-    ASSERT_TRUE(term.WaitForText("<F11> OK  <Esc> Cancel")) << term.Screen();
+    ASSERT_NO_FATAL_FAILURE(OpenFromMenu(term, "<Enter> Reset", "<F11> OK  <Esc> Cancel", /*clockSpeed=*/20));
     for (const char* text : {"Reset System Configuration: Confirm", "Warning! All system parameters",
                              "Reset System Configuration now?"})
       EXPECT_TRUE(term.WaitForText(text, 0)) << text << ":\n" << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
     term.Press("Enter");  // ignored: only F11 goes on
     term.Press("F11");
     ASSERT_TRUE(term.WaitForText("Default settings are restored. Press <Enter> to")) << term.Screen();
@@ -153,53 +147,46 @@ TEST_F(Shutdown, ResetRestoresTheDefaultsAndOnlyEnterRestarts) {
     EXPECT_TRUE(term.WaitForText("<Enter> Restart Host", 0)) << term.Screen();
     EXPECT_FALSE(term.WaitForText("Reset System Configuration now?", 0)) << term.Screen();
     EXPECT_EQ(factory, State("/network/dns/defaultTcpipStack/searchDomains"));
+    EXPECT_EQ(1, State("/factoryResets").get<int>());
     EXPECT_TRUE(Contains(Events(), "zeb.user.konu.restore.factory.defaults")) << Journal();
     // Left alone past the idle time-out, and Esc: the box stays.
-    ASSERT_TRUE(term.WaitFor([&] { return Dimmed(term, "Reset System Configuration"); })) << term.Screen();
+    ASSERT_TRUE(term.WaitFor([&] { return Dimmed(term, "Default settings are restored"); })) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
     term.Press("Esc");  // wakes the screen and is ignored
-    ASSERT_TRUE(term.WaitFor([&] { return !Dimmed(term, "Reset System Configuration"); })) << term.Screen();
+    ASSERT_TRUE(term.WaitFor([&] { return !Dimmed(term, "Default settings are restored"); })) << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
     EXPECT_TRUE(term.WaitForText("<Enter> Restart Host", 0)) << term.Screen();
+    EXPECT_FALSE(Contains(Syslog(), "logged out due to time out")) << Syslog();
     term.Press("Enter");
-    ASSERT_TRUE(term.WaitFor([&] { return Ran("reboot -f"); })) << Journal();
-    ASSERT_TRUE(term.WaitUntilPolling());  // the tool has ended: its state is written
-    EXPECT_EQ((std::vector<std::string>{"firmwareConfig.py --reset-only", "reboot -f"}), JournalCommands())
-        << "no machine is powered off";
+    int status = -1;
+    ASSERT_TRUE(term.WaitForExit(10000, &status)) << term.Screen();
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    const std::vector<std::string> ran = JournalCommands();
+    const auto reset = std::find(ran.begin(), ran.end(), "firmwareConfig.py --reset-only");
+    EXPECT_NE(ran.end(), std::find(reset, ran.end(), "reboot -f")) << Journal();
+    EXPECT_FALSE(Ran("powerOffVms") || Ran(kAutostop)) << Journal();
     EXPECT_EQ("rebooting", State("/power/state").get<std::string>());
-    EXPECT_TRUE(term.WaitForText("<Enter> Restart Host", 0)) << "stays until the host goes down";
   }
 }
 
-// Through the menu: the reset, then Enter restarts the host, which ends the console; no
-// machine is powered off.
-TEST_F(Shutdown, ResetFromTheMenuRestartsTheHostWithoutPoweringOffMachines) {
-  Terminal term(25, 80);
-  ASSERT_NO_FATAL_FAILURE(OpenFromMenu(term, "<Enter> Reset", "Reset System Configuration now?"));
-  ASSERT_NO_FATAL_FAILURE(PressUntil(term, "F11", "<Enter> Restart Host"));
-  term.Press("Enter");
-  int status = -1;
-  ASSERT_TRUE(term.WaitForExit(10000, &status)) << term.Screen();
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
-  const std::vector<std::string> ran = JournalCommands();
-  const auto reset = std::find(ran.begin(), ran.end(), "firmwareConfig.py --reset-only");
-  EXPECT_NE(ran.end(), std::find(reset, ran.end(), "reboot -f")) << Journal();
-  EXPECT_FALSE(Ran("powerOffVms") || Ran(kAutostop)) << Journal();
-  EXPECT_EQ("rebooting", State("/power/state").get<std::string>());
-  EXPECT_EQ(1, State("/factoryResets").get<int>());
-}
-
+// A failing reset closes without a word, back to the menu; Esc before F11 runs nothing.
 TEST_F(Shutdown, AFailingResetClosesSilentlyAndEscBeforeF11DoesNothing) {
   SetState("/faults/tools/firmwareConfig.py", {{"exitCode", 1}});
+  Terminal term(24, 80);
+  ASSERT_NO_FATAL_FAILURE(OpenFromMenu(term, "<Enter> Reset", "<F11> OK  <Esc> Cancel"));
   for (const char* key : {"F11", "Esc"}) {
     SCOPED_TRACE(key);
-    Terminal term(24, 80);
-    ForkRestore(term, Root());
-    ASSERT_NO_FATAL_FAILURE(Ready(term, "<F11> OK  <Esc> Cancel"));
     term.Press(key);
-    FinishDialogChild(term, 0);
+    ASSERT_TRUE(term.WaitForNoText("Reset System Configuration now?")) << term.Screen();
+    ASSERT_NO_FATAL_FAILURE(Ready(term, "<Esc> Log Out"));
+    EXPECT_FALSE(Contains(term.Screen(), "Restart Host")) << term.Screen();
+    if (std::string(key) == "F11") {
+      ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Enter", "<F11> OK  <Esc> Cancel"));
+    }
   }
-  EXPECT_EQ(std::vector<std::string>{"firmwareConfig.py --reset-only"}, JournalCommands());
+  const std::vector<std::string> ran = JournalCommands();
+  EXPECT_EQ(1, std::count(ran.begin(), ran.end(), "firmwareConfig.py --reset-only")) << Journal();
+  EXPECT_FALSE(Ran("reboot -f")) << Journal();
   const std::string events = Events();
   EXPECT_EQ(events.find("restore.factory.defaults"), events.rfind("restore.factory.defaults"))
       << "one event, for F11 only: " << events;

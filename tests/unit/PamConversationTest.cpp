@@ -1,16 +1,20 @@
 // The login and change conversations, called directly and through the simulated host's PAM
 // service "konu": one message per call, the secret for every hidden prompt of a login, the
-// old and new passwords by the count of answered prompts across calls of a change.
+// old and new passwords by the count of answered prompts across calls of a change; and what
+// that service answers each kind of user, a broken state or stack, and a refused change.
 #include <gtest/gtest.h>
 #include <security/pam_appl.h>
 
 #include <cstdlib>
+#include <cstring>
+#include <deque>
 #include <fstream>
 
 #include "host/HostRoot.h"
 #include "host/sim/StateFile.h"
 #include "screens/PamAuth.h"
 #include "tests/harness/SimHost.h"
+#include "tests/unit/OpsTestSupport.h"
 
 namespace Konu {
 namespace {
@@ -101,7 +105,21 @@ TEST(ChangeConversation, CountsHiddenPromptsAcrossCallsOldThenNewTwiceThenNothin
   EXPECT_EQ(PAM_CONV_ERR, two.Status());
 }
 
-// The requests against the PAM stack of a fresh simulated host.
+// Answers each hidden prompt with the next of the queued answers (a std::deque<std::string>).
+int QueuedAnswers(int count, const pam_message** messages, pam_response** responses, void* appdata) {
+  auto* answers = static_cast<std::deque<std::string>*>(appdata);
+  if (count != 1) return PAM_CONV_ERR;
+  auto* reply = static_cast<pam_response*>(calloc(1, sizeof(pam_response)));
+  if (messages[0]->msg_style == PAM_PROMPT_ECHO_OFF && !answers->empty()) {
+    reply->resp = strdup(answers->front().c_str());
+    answers->pop_front();
+  }
+  *responses = reply;
+  return PAM_SUCCESS;
+}
+
+// The requests against the PAM stack of a fresh simulated host; what they log is kept off
+// the machine's log.
 class PamRequests : public ::testing::Test {
  protected:
   void SetUp() override { SetHostRoot(host.Root()); }
@@ -116,6 +134,7 @@ class PamRequests : public ::testing::Test {
     host.SetPassword(name, password);
   }
   KonuTest::SimHost host{KONU_HOSTSIM_BIN};
+  OpsTest::CapturedLog log_;
 };
 
 TEST_F(PamRequests, AuthenticateGivesTheStatusOfEachKindOfUser) {
@@ -126,15 +145,26 @@ TEST_F(PamRequests, AuthenticateGivesTheStatusOfEachKindOfUser) {
   EXPECT_NE(PAM_SUCCESS, wrong);
   EXPECT_NE(PAM_PERM_DENIED, wrong);
   EXPECT_NE(PAM_NEW_AUTHTOK_REQD, wrong);
+  EXPECT_NE(PAM_SUCCESS, Authenticate("root", "")) << "the empty secret while root has a password";
+  EXPECT_NE(PAM_SUCCESS, Authenticate("konu", "")) << "the service account";
   EXPECT_EQ(PAM_PERM_DENIED, Authenticate("dave", "secret1"));
   EXPECT_EQ(PAM_NEW_AUTHTOK_REQD, Authenticate("erin", "old-pass"));
   EXPECT_NE(PAM_NEW_AUTHTOK_REQD, Authenticate("erin", "wrong")) << "a wrong password is not an expired one";
+  // A password never set: the empty secret is the only one.
+  AddUser("root", "", false, false);
+  EXPECT_EQ(PAM_SUCCESS, Authenticate("root", ""));
+  EXPECT_NE(PAM_SUCCESS, Authenticate("root", "konu"));
 }
 
-TEST_F(PamRequests, AMissingServiceFileFailsWithoutCrashing) {
+TEST_F(PamRequests, AMissingServiceFileOrABrokenStateFailsWithoutCrashing) {
+  const std::string serviceFile = KonuTest::ReadFileText(host.File("/etc/pam.d/konu"));
   std::remove(host.File("/etc/pam.d/konu").c_str());
   EXPECT_NE(PAM_SUCCESS, Authenticate("root", "konu"));
   EXPECT_FALSE(ChangePassword("root", "konu", "other-1"));
+  std::ofstream(host.File("/etc/pam.d/konu")) << serviceFile;
+  ASSERT_EQ(PAM_SUCCESS, Authenticate("root", "konu"));
+  std::ofstream(host.File("/etc/konu-sim/host.json"), std::ios::trunc) << "{broken";
+  EXPECT_EQ(PAM_AUTHINFO_UNAVAIL, Authenticate("root", "konu"));
 }
 
 TEST_F(PamRequests, ChangePasswordAcceptsAnExpiredOldPasswordAndRefusesAWrongOne) {
@@ -143,6 +173,21 @@ TEST_F(PamRequests, ChangePasswordAcceptsAnExpiredOldPasswordAndRefusesAWrongOne
   EXPECT_TRUE(host.PasswordIs("erin", "old-pass"));
   ASSERT_TRUE(ChangePassword("erin", "old-pass", "new-pass"));
   EXPECT_EQ(PAM_SUCCESS, Authenticate("erin", "new-pass"));
+}
+
+// The new password typed again differently, or too short for the host's policy: refused,
+// and the old one still works.
+TEST_F(PamRequests, AChangeIsRefusedForAMismatchedRetypeOrAShortPassword) {
+  Sim::StateFile(host.Root()).Update([](nlohmann::json& s) { s["passwordPolicy"]["minLength"] = 8; });
+  std::deque<std::string> answers = {"konu", "Longenough1", "Longenough2"};
+  {
+    PamTransaction pam("root", pam_conv{&QueuedAnswers, &answers});
+    ASSERT_EQ(PAM_SUCCESS, pam.Authenticate(PAM_SILENT));
+    EXPECT_EQ(PAM_AUTHTOK_ERR, pam.ChangeAuthToken(PAM_SILENT));
+  }
+  EXPECT_FALSE(ChangePassword("root", "konu", "short"));
+  EXPECT_TRUE(host.PasswordIs("root", "konu"));
+  EXPECT_EQ(PAM_SUCCESS, Authenticate("root", "konu"));
 }
 
 }  // namespace
