@@ -26,6 +26,7 @@
 #include "app/Session.h"
 #include "app/SignalThread.h"
 #include "app/TerminalRestore.h"
+#include "host/ChildRegistry.h"
 #include "host/Host.h"
 #include "host/HostCtlException.h"
 #include "host/HostRoot.h"
@@ -241,6 +242,7 @@ int ConsoleMain(int argc, char** argv, const ConsoleHooks& hooks) {
     EndCurses();
     throw;
   }
+  EndChildren();  // the workers are gone before the host they use
   EndCurses();
   Runtime::Get().SetHost(nullptr);
   return 0;

@@ -3,10 +3,9 @@
 
 #include <syslog.h>
 
-#include <cstdlib>
-
 #include "app/Runtime.h"
 #include "host/AdvancedOptions.h"
+#include "host/ChildRegistry.h"
 #include "host/Host.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
@@ -89,7 +88,7 @@ void CheckSmartCard() {
       }
     } else if (session.smartCardLogin && !CardOfUserPresent(session.user)) {
       Log(LOG_INFO, "Logging out user id '%s'", session.user.c_str());
-      exit(0);
+      ExitConsole(0);
     }
   } catch (const HostCtl::Lib::HostCtlException&) {
     // No user id from a reader that cannot be asked; a session goes on as it is.

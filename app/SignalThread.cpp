@@ -96,7 +96,8 @@ void* SignalLoop(void* raw) {
     }
     if (byte == kTerminateByte && deadline == 0) {
       // Whatever the console waits for gives way at once: no child outlives the console,
-      // and a wait on a child that is not watching the signal pipe returns.
+      // a wait on a child that is not watching the signal pipe returns, and the worker
+      // threads are asked to stop.
       KillAllChildren();
       deadline = kUnblockAfterMilliseconds;
       since = Now();

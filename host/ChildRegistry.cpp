@@ -1,4 +1,5 @@
-// The record of running children: spawned, reaped and killed under one lock.
+// The record of running children and worker threads: spawned, reaped, killed and waited for
+// under one lock.
 #include "host/ChildRegistry.h"
 
 #include <dirent.h>
@@ -8,6 +9,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <condition_variable>
 #include <cstdlib>
 #include <fstream>
 #include <mutex>
@@ -18,13 +21,25 @@
 namespace Konu {
 namespace {
 
+struct Worker {
+  uint64_t id;
+  std::function<void()> stop;
+};
+
 struct Registry {
   std::mutex lock;
   std::vector<pid_t> children;
+  std::vector<Worker> workers;
+  std::condition_variable workerEnded;
+  uint64_t lastWorker = 0;
   std::vector<void (*)()> undos;
   bool ending = false;
   bool ended = false;
 };
+
+// The way out waits this long at most for the workers and the killed children together, so
+// that the console still ends within a second of a terminating signal.
+constexpr std::chrono::milliseconds kEndWait{500};
 
 // Never destroyed: worker threads and the exit path may use it while statics are torn down.
 Registry& TheRegistry() {
@@ -145,6 +160,9 @@ void KillAndForgetChild(pid_t pid) {
 void KillAllChildren() {
   Registry& registry = TheRegistry();
   std::lock_guard<std::mutex> held(registry.lock);
+  // Stopped before their children die, so a worker woken by the kill knows why.
+  if (!registry.ending)
+    for (const Worker& worker : registry.workers) worker.stop();
   registry.ending = true;
   for (pid_t child : registry.children) KillTree(child);
 }
@@ -162,17 +180,39 @@ void AtChildrenEnd(void (*undo)()) {
     registry.undos.push_back(undo);
 }
 
+bool AddWorker(uint64_t* id, std::function<void()> stop) {
+  Registry& registry = TheRegistry();
+  std::lock_guard<std::mutex> held(registry.lock);
+  if (registry.ending) return false;
+  *id = ++registry.lastWorker;
+  registry.workers.push_back({*id, std::move(stop)});
+  return true;
+}
+
+void WorkerEnded(uint64_t id) {
+  Registry& registry = TheRegistry();
+  std::lock_guard<std::mutex> held(registry.lock);
+  auto& workers = registry.workers;
+  workers.erase(std::remove_if(workers.begin(), workers.end(), [id](const Worker& w) { return w.id == id; }),
+                workers.end());
+  registry.workerEnded.notify_all();
+}
+
 void EndChildren() {
   const int savedErrno = errno;
   KillAllChildren();
   Registry& registry = TheRegistry();
   std::vector<void (*)()> undos;
   {
-    std::lock_guard<std::mutex> held(registry.lock);
+    std::unique_lock<std::mutex> held(registry.lock);
+    const auto deadline = std::chrono::steady_clock::now() + kEndWait;
+    // The workers first: a stopped worker reaps its own child and puts back what it set aside.
+    // Once only: a worker left behind is not waited for again by exit()'s own call.
+    if (!registry.ended)
+      registry.workerEnded.wait_until(held, deadline, [&registry] { return registry.workers.empty(); });
     // A killed child goes within microseconds; one stuck in the kernel is left to init.
-    constexpr int kLooks = 50;
     const timespec look{0, 10 * 1000 * 1000};
-    for (int i = 0; i < kLooks && !registry.children.empty(); ++i) {
+    for (;;) {
       auto& children = registry.children;
       children.erase(std::remove_if(children.begin(), children.end(),
                                     [](pid_t child) {
@@ -180,13 +220,19 @@ void EndChildren() {
                                       return result == child || (result < 0 && errno == ECHILD);
                                     }),
                      children.end());
-      if (!children.empty()) nanosleep(&look, nullptr);
+      if (children.empty() || std::chrono::steady_clock::now() >= deadline) break;
+      nanosleep(&look, nullptr);
     }
     if (!registry.ended) undos = registry.undos;
     registry.ended = true;
   }
   for (void (*undo)() : undos) undo();
   errno = savedErrno;
+}
+
+void ExitConsole(int status) {
+  EndChildren();
+  std::exit(status);
 }
 
 }  // namespace Konu

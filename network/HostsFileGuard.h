@@ -15,8 +15,9 @@ class HostsFileGuard {
   explicit HostsFileGuard(const std::vector<std::string>& names);
   // Copies the backup back over "/etc/hosts" when one was made; a failure is logged
   // ("failed to restore /etc/hosts: %s"). When the console ends while a guard holds the file
-  // (on the network test's worker thread), the way out puts it back instead; a guard made
-  // once the console is ending sets nothing aside.
+  // (on the network test's worker thread), the lookup is stopped and the guard goes before the
+  // process does; should the worker be left behind, the way out puts the file back instead.
+  // A guard made once the console is ending sets nothing aside.
   ~HostsFileGuard();
 
   HostsFileGuard(const HostsFileGuard&) = delete;

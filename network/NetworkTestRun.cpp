@@ -9,7 +9,6 @@
 #include <exception>
 
 #include "app/Input.h"
-#include "host/ChildRegistry.h"
 #include "host/Host.h"
 #include "host/Log.h"
 #include "network/HostsFileGuard.h"
@@ -18,19 +17,17 @@
 namespace Konu {
 namespace {
 
-// Everything the worker uses, copied or owned by it; it shares only descriptors and the
-// stop flag with the screen.
+// Everything the worker uses, copied or owned by it; it shares only the result descriptor
+// with the screen.
 struct Probes {
   HostCtl::Host* host;
   std::vector<NetworkProbe> probes;
   std::string interfaceName;
   std::vector<std::string> ownNames;
   int resultFd;
-  int stopFd;
-  const std::atomic<bool>* stopping;
 };
 
-bool Ping(const Probes& run, const std::string& address) {
+bool Ping(const Probes& run, const std::string& address, const WorkerStop& stop) {
   std::vector<const char*> argv = {"nukping", "-c", "3"};
   if (!run.interfaceName.empty()) {
     argv.push_back("-I");
@@ -38,26 +35,26 @@ bool Ping(const Probes& run, const std::string& address) {
   }
   argv.push_back(address.c_str());
   argv.push_back(nullptr);
-  return RunCommandUntil("/bin/nukping", argv.data(), run.stopFd) == 0;
+  return RunCommandUntil("/bin/nukping", argv.data(), stop.Fd()) == 0;
 }
 
-bool Resolve(const Probes& run, const std::string& name) {
+bool Resolve(const Probes& run, const std::string& name, const WorkerStop& stop) {
   HostsFileGuard hostsSetAside(run.ownNames);
-  return run.host->CreateDnsConfig(HostCtl::kDefaultTcpipStack)->ResolveHostname(name, *run.stopping);
+  return run.host->CreateDnsConfig(HostCtl::kDefaultTcpipStack)->ResolveHostname(name, stop.Flag());
 }
 
-void Work(const Probes& run) {
-  // Once the console ends (its children killed), the worker touches nothing shared: exit()
-  // may already be tearing down what the next probe would use.
+// A stopped run reports nothing more: its screen has gone, or the console is ending.
+void Work(const Probes& run, const WorkerStop& stop) {
   for (const NetworkProbe& probe : run.probes) {
-    if (*run.stopping || ChildrenEnding()) return;
+    if (stop.Requested()) return;
     bool ok = false;
     try {
-      ok = probe.kind == NetworkProbe::Kind::kPing ? Ping(run, probe.target) : Resolve(run, probe.target);
+      ok = probe.kind == NetworkProbe::Kind::kPing ? Ping(run, probe.target, stop)
+                                                   : Resolve(run, probe.target, stop);
     } catch (const std::exception& e) {  // nothing leaves the worker thread
-      Log(LOG_ERR, "Network test of %s failed: %s", probe.target.c_str(), e.what());
+      if (!stop.Requested()) Log(LOG_ERR, "Network test of %s failed: %s", probe.target.c_str(), e.what());
     }
-    if (*run.stopping || ChildrenEnding()) return;
+    if (stop.Requested()) return;
     const char result = ok ? '1' : '0';
     while (write(run.resultFd, &result, 1) < 0 && errno == EINTR) {
     }
@@ -68,19 +65,18 @@ void Work(const Probes& run) {
 
 NetworkTestRun::NetworkTestRun(HostCtl::Host& host, std::vector<NetworkProbe> probes,
                                std::string interfaceName, std::vector<std::string> ownNames) {
-  if (!results_.Open() || !stop_.Open()) {
+  if (!results_.Open()) {
     LogErrno("Network test pipe failed");
     return;  // no worker: the screen waits for results that never come, and Esc still works
   }
   fcntl(results_.read.Get(), F_SETFL, O_NONBLOCK);
-  Probes run{&host,
-             std::move(probes),
-             std::move(interfaceName),
-             std::move(ownNames),
-             results_.write.Get(),
-             stop_.read.Get(),
-             &stopping_};
-  worker_ = std::thread([run = std::move(run)] { Work(run); });
+  Probes run{&host, std::move(probes), std::move(interfaceName), std::move(ownNames), results_.write.Get()};
+  worker_ =
+      std::make_unique<WorkerThread>([run = std::move(run)](const WorkerStop& stop) { Work(run, stop); });
+  if (worker_->Error() != 0 && worker_->Error() != ECANCELED) {
+    errno = worker_->Error();
+    LogErrno("Network test thread failed");
+  }
 }
 
 NetworkTestRun::~NetworkTestRun() { Stop(); }
@@ -95,12 +91,7 @@ std::vector<bool> NetworkTestRun::TakeResults() {
 }
 
 void NetworkTestRun::Stop() {
-  if (!worker_.joinable()) return;
-  stopping_ = true;
-  const char byte = 's';
-  while (write(stop_.write.Get(), &byte, 1) < 0 && errno == EINTR) {
-  }
-  worker_.join();
+  if (worker_) worker_->Stop();
 }
 
 }  // namespace Konu

@@ -3,12 +3,12 @@
 // result through a pipe and can end the run at any moment.
 #pragma once
 
-#include <atomic>
+#include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "ops/UniqueFd.h"
+#include "ops/WorkerThread.h"
 
 namespace HostCtl {
 class Host;
@@ -40,14 +40,13 @@ class NetworkTestRun {
   // The results finished since the last call (true = OK), in probe order; never blocks.
   std::vector<bool> TakeResults();
   // Ends the running probe (a ping's child is killed and reaped, a lookup given up, the
-  // hosts file put back) and waits for the worker. Calling it again does nothing.
+  // hosts file put back) and waits for the worker. Calling it again does nothing. The end of
+  // the console does the same.
   void Stop();
 
  private:
   Pipe results_;  // the worker writes '1' (OK) or '0' (Failed) per probe
-  Pipe stop_;     // a byte here ends the running ping
-  std::atomic<bool> stopping_{false};
-  std::thread worker_;
+  std::unique_ptr<WorkerThread> worker_;
 };
 
 }  // namespace Konu

@@ -14,7 +14,6 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -203,7 +202,7 @@ bool WaitAndRead(ChildProcess& child, int timeLimit, OutputStream& out, OutputSt
     pid_t result = child.TryWait(ended);
     if (result != 0) {
       // Killed because the console ends: the user-interface thread ends it now.
-      if (signalFd >= 0 && ChildrenEnding()) std::exit(0);
+      if (signalFd >= 0 && ChildrenEnding()) ExitConsole(0);
       if (result > 0) status = ended;
       // What the child wrote before it ended is in the pipes now.
       out.ReadAvailable();
@@ -220,7 +219,7 @@ bool WaitAndRead(ChildProcess& child, int timeLimit, OutputStream& out, OutputSt
     if (ready[1]) err.ReadAvailable();
     if (ready[2] && TakeSignalDuringWait()) {
       child.KillAndReap();
-      std::exit(0);
+      ExitConsole(0);
     }
     if (ready[3]) return true;
   }

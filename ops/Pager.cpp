@@ -59,7 +59,7 @@ void AnswerSignals(ChildProcess& pager) {
   Session& session = Runtime::Get().session;
   if (event == kTerminate || event == kResize || (event == kQuit && !session.active)) {
     pager.KillAndAbandon();
-    std::exit(0);
+    ExitConsole(0);
   }
   if (event == kQuit) session.deferredExit = true;
   if (event == kNotify) CheckSmartCard();
@@ -79,7 +79,7 @@ int ViewInPager(const std::string& hostFile) {
   int status = 0;
   for (;;) {
     pid_t ended = pager.TryWait(status);
-    if (ended != 0 && ChildrenEnding()) std::exit(0);  // killed because the console ends
+    if (ended != 0 && ChildrenEnding()) ExitConsole(0);  // killed because the console ends
     if (ended < 0) return -1;
     if (ended > 0) break;
     AnswerSignals(pager);

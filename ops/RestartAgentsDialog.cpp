@@ -1,10 +1,9 @@
 // RestartAgentsDialog: 71 x 20; services.sh stop and start, and the live-core thread.
 #include "ops/RestartAgentsDialog.h"
 
-#include <pthread.h>
 #include <syslog.h>
 
-#include <cstdlib>
+#include <cerrno>
 #include <cstring>
 #include <exception>
 
@@ -14,6 +13,7 @@
 #include "host/HostCtlException.h"
 #include "host/Log.h"
 #include "ops/Events.h"
+#include "ops/WorkerThread.h"
 #include "ui/Footers.h"
 #include "ui/FormKeys.h"
 
@@ -33,41 +33,39 @@ constexpr int kCollecting = 243;  // "Collecting host agent live core informatio
 constexpr int kDone = 115;        // "Done."
 
 // The thread gets the host backend, nothing of the console: it logs and asks the host only.
-// Once the console ends (its children killed, nukbacktrace too), the thread touches nothing
-// more: exit() may already be tearing down the log and the host it would use.
-void* CollectLiveCore(void* argument) {
-  const HostCtl::Host& host = *static_cast<const HostCtl::Host*>(argument);
+// Only the end of the console stops it, by killing nukbacktrace: a failure that stop caused
+// is the console's end, not the collection's, and is not logged.
+void CollectLiveCore(const HostCtl::Host& host, const WorkerStop& stop) {
   try {
     Log(LOG_INFO, "Executing nukbacktrace -c against mgmtd");
     const int status = host.CreateShellExec()->NukCtl_Exec(
         "/sbin/nukbacktrace -w -n mgmtd -o mgmtd-restart% -d /var/log/", false, true, false);
-    if (ChildrenEnding()) return nullptr;
+    if (stop.Requested()) return;
     if (status == 0) {
       host.CreateSystemInfo()->SetSystemAlert("Mgmtd core dump completed");
     } else {
       Log(LOG_ERR, "nukbacktrace failed, probably mgmtd was down");
     }
   } catch (const HostCtl::Lib::HostCtlException& e) {
-    if (!ChildrenEnding()) Log(LOG_ERR, "%s", e.what());
+    if (!stop.Requested()) Log(LOG_ERR, "%s", e.what());
   } catch (const std::exception& e) {
     // Nothing may leave the thread: an escaping exception would end the whole console.
-    if (!ChildrenEnding()) Log(LOG_ERR, "Live core collection failed: %s", e.what());
+    if (!stop.Requested()) Log(LOG_ERR, "Live core collection failed: %s", e.what());
   }
-  return nullptr;
 }
 
 }  // namespace
 
 bool StartLiveCoreThread() {
-  pthread_t thread;
-  // Default attributes; the signal mask blocked at start-up is inherited, so signals stay
-  // with the signal thread.
-  const int error = pthread_create(&thread, nullptr, CollectLiveCore, &Runtime::Get().Host());
-  if (error != 0) {
-    Log(LOG_ERR, "failed to create live core generation thread: %s", std::strerror(error));
+  const HostCtl::Host& host = Runtime::Get().Host();
+  // The signal mask blocked at start-up is inherited, so signals stay with the signal thread.
+  WorkerThread worker([&host](const WorkerStop& stop) { CollectLiveCore(host, stop); });
+  if (worker.Error() == ECANCELED) return false;  // the console is ending
+  if (worker.Error() != 0) {
+    Log(LOG_ERR, "failed to create live core generation thread: %s", std::strerror(worker.Error()));
     return false;
   }
-  pthread_detach(thread);  // never joined: it ends on its own or with the process
+  worker.Detach();
   return true;
 }
 
@@ -123,7 +121,7 @@ int RestartAgentsDialog::EventLoop() {
       Log(LOG_ERR, "%s", e.what());
     }
     // Killed because the console ends: the user-interface thread ends it now.
-    if (ChildrenEnding()) std::exit(0);
+    if (ChildrenEnding()) ExitConsole(0);
     ShowProgress(std::string(" ") + GetString(kDone) + "\n");
   }
 

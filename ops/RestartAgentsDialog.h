@@ -31,8 +31,9 @@ class RestartAgentsDialog : public Dialog {
   std::ostringstream progress_;
 };
 
-// Starts the live core collection of the host agent on its own detached thread, which is
-// never waited for. False (logged) when the thread could not be created.
+// Starts the live core collection of the host agent on a worker thread of its own, which the
+// dialog does not wait for (only the end of the console does). False when no thread could be
+// created (logged) or the console is ending.
 bool StartLiveCoreThread();
 
 }  // namespace Konu

@@ -4,11 +4,10 @@
 #include <syslog.h>
 #include <unistd.h>
 
-#include <cstdlib>
-
 #include "app/KonuTimeout.h"
 #include "app/Runtime.h"
 #include "app/Session.h"
+#include "host/ChildRegistry.h"
 #include "host/HostRoot.h"
 #include "host/Log.h"
 #include "ops/Events.h"
@@ -45,7 +44,7 @@ void WelcomeWindow::RunSession(bool customize) {
   }
   login.reset();
   SetSessionActive(false);
-  if (Runtime::Get().session.deferredExit) std::exit(0);
+  if (Runtime::Get().session.deferredExit) ExitConsole(0);
 }
 
 void WelcomeWindow::RunCustomization() {

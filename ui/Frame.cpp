@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <vector>
 
 #include "app/Clock.h"
@@ -15,6 +14,7 @@
 #include "app/KonuTimeout.h"
 #include "app/Runtime.h"
 #include "app/Session.h"
+#include "host/ChildRegistry.h"
 #include "host/Log.h"
 #include "ui/strings/StringFactory.h"
 
@@ -151,14 +151,14 @@ int Frame::GetKey(bool idleTimeout, int wakeFd) {
         CheckSmartCard();
         break;
       case kWaitSigUsr2:
-        if (!runtime.session.active) std::exit(0);
+        if (!runtime.session.active) ExitConsole(0);
         runtime.session.deferredExit = true;
         break;
       case kWaitSigWinch:
       case KEY_RESIZE:
         EndForResize();
       case kWaitTerminate:
-        std::exit(0);
+        ExitConsole(0);
       default:
         break;  // the limit expired, or nothing usable arrived
     }
@@ -174,7 +174,7 @@ void Frame::EndForResize() {
     Log(LOG_INFO, "Resized window to %dx%d", size.ws_col, size.ws_row);
     refresh();
   }
-  std::exit(0);
+  ExitConsole(0);
 }
 
 }  // namespace Konu
