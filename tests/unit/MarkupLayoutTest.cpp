@@ -6,91 +6,58 @@
 namespace Konu {
 namespace {
 
-const char* const kEnterFooter =
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}{/align}";
-
-// The laid-out text as it shows: tags removed.
-std::string Shown(const std::string& laidOut) {
-  std::string shown;
-  bool inTag = false;
-  for (char c : laidOut) {
-    if (c == '{') inTag = true;
-    if (!inTag) shown.push_back(c);
-    if (c == '}') inTag = false;
-  }
-  return shown;
-}
-
 std::string Lay(int width, std::string_view text) {
   static VariableTable none({});
   return LayoutMarkup(width, text, none);
 }
 
-TEST(MarkupLayout, RightAlignedFooterEndsAtTheRightEdge) {
-  std::string laid = Lay(20, kEnterFooter);
-  EXPECT_EQ(Shown(laid), "          <Enter> OK");
-  EXPECT_EQ(laid, "          {color:black}<Enter>{/color} {color:dark-grey}OK{/color}");
-}
-
-TEST(MarkupLayout, CentredTextTakesHalfTheFreeColumns) {
-  EXPECT_EQ(Lay(10, "{align:center}abcd{/align}"), "   abcd");
-  EXPECT_EQ(Lay(11, "{align:center}abcd{/align}"), "   abcd");
-  EXPECT_EQ(Lay(10, "ab{align:center}cd{/align}"), "ab   cd");
-}
-
-TEST(MarkupLayout, TextAfterAnAlignmentStartsOnTheNextLine) {
-  EXPECT_EQ(Lay(10, "{align:right}OK{/align}next"), "        OK\nnext");
-  EXPECT_EQ(Lay(10, "{align:center}OK{/align}next"), "    OK\nnext");
-  EXPECT_EQ(Lay(10, "{align:right}OK{/align} next"), "        OK\nnext");
-  EXPECT_EQ(Lay(10, "{align:right}OK{/align}\nnext"), "        OK\nnext");
-}
-
-TEST(MarkupLayout, OtherAlignValuesAndNestedAlignmentsAreIgnored) {
-  EXPECT_EQ(Lay(10, "{align:left}ab{/align}"), "ab");
-  EXPECT_EQ(Lay(5, "{align:right}a{align:center}b{/align}"), "   ab");
-  EXPECT_EQ(Lay(10, "a{/align}b"), "ab");
-}
-
-TEST(MarkupLayout, PaddingMakesAFieldOfExactlyThatWidth) {
-  EXPECT_EQ(Lay(20, "{align:padding:5}ab{/align}|"), "ab   |");
-  EXPECT_EQ(Lay(20, "{align:padding:3}abcdef{/align}|"), "abc|");
-  EXPECT_EQ(Lay(20, "{align:padding:0}hidden words{/align}shown"), "shown");
-  EXPECT_EQ(Lay(20, "{align:padding:4}a b c{/align}|"), "a b |");
-  // Never wider than the room left on the line.
-  EXPECT_EQ(Lay(5, "{align:padding:10}ab{/align}|"), "ab   \n|");
-}
-
-TEST(MarkupLayout, AWordLongerThanTheWidthIsBrokenHard) {
-  EXPECT_EQ(Lay(4, "abcdefghij"), "abcd\nefgh\nij");
-  EXPECT_EQ(Lay(4, "ab cdefghij"), "ab\ncdef\nghij");
-}
-
-TEST(MarkupLayout, WordsWrapAtTheLastWhitespace) {
-  EXPECT_EQ(Lay(4, "abcd efgh"), "abcd\nefgh");  // whitespace at a full line is the break
-  EXPECT_EQ(Lay(4, "abcd\nef"), "abcd\nef");     // one newline only
-  EXPECT_EQ(Lay(10, "ab\n\ncd"), "ab\n\ncd");
-  // A carried word counts on its new line: "world again" (11) does not fit in 10 columns.
-  EXPECT_EQ(Lay(10, "hello world again"), "hello\nworld\nagain");
-  EXPECT_EQ(Lay(11, "hello world again"), "hello world\nagain");
-}
-
-TEST(MarkupLayout, AWrapInsideARightAlignmentShiftsThePartBeforeTheBreak) {
-  // "ab cd" fills the line; at "e" the word "cd" moves down, two spaces (its length) go in
-  // front of "ab", and the alignment goes on from "e", after the carried word.
-  EXPECT_EQ(Lay(5, "{align:right}ab cde{/align}"), "  ab\ncd  e");
-}
-
-TEST(MarkupLayout, RecordedIndexesAreNotMovedByLaterInsertions) {
-  // The space recorded at index 1 is taken after three spaces were inserted in front of
-  // it, so the break lands inside the inserted spaces, not between "a" and "b".
-  EXPECT_EQ(Lay(6, "{align:right}a b{/align}c"), " \n a bc");
-}
-
-TEST(MarkupLayout, UnknownTagsPassThroughAndTakeNoColumns) {
-  EXPECT_EQ(Lay(4, "{unknown}abcd"), "{unknown}abcd");
-  EXPECT_EQ(Lay(4, "ab{color:purple}cd"), "ab{color:purple}cd");
-  EXPECT_EQ(Lay(4, "a{}b"), "ab");
-  EXPECT_EQ(Lay(4, "ab{cd"), "ab{cd");  // unterminated: left for the drawing pass to drop
+TEST(MarkupLayout, EachTextIsLaidOutByItsRule) {
+  struct Case {
+    const char* rule;
+    int width;
+    const char* text;
+    const char* laidOut;
+  };
+  const Case cases[] = {
+      {"a right-aligned footer ends at the right edge", 20,
+       "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}{/align}",
+       "          {color:black}<Enter>{/color} {color:dark-grey}OK{/color}"},
+      {"centred text takes half the free columns", 10, "{align:center}abcd{/align}", "   abcd"},
+      {"centred, odd free columns", 11, "{align:center}abcd{/align}", "   abcd"},
+      {"centred after text", 10, "ab{align:center}cd{/align}", "ab   cd"},
+      {"text after an alignment starts on the next line", 10, "{align:right}OK{/align}next",
+       "        OK\nnext"},
+      {"... after centred text too", 10, "{align:center}OK{/align}next", "    OK\nnext"},
+      {"... its leading blank dropped", 10, "{align:right}OK{/align} next", "        OK\nnext"},
+      {"... its newline not doubled", 10, "{align:right}OK{/align}\nnext", "        OK\nnext"},
+      {"other align values are ignored", 10, "{align:left}ab{/align}", "ab"},
+      {"a nested alignment is ignored", 5, "{align:right}a{align:center}b{/align}", "   ab"},
+      {"a lone closing tag is ignored", 10, "a{/align}b", "ab"},
+      {"padding fills a field of exactly its width", 20, "{align:padding:5}ab{/align}|", "ab   |"},
+      {"padding cuts a longer text", 20, "{align:padding:3}abcdef{/align}|", "abc|"},
+      {"padding 0 hides the text", 20, "{align:padding:0}hidden words{/align}shown", "shown"},
+      {"padding cuts between words too", 20, "{align:padding:4}a b c{/align}|", "a b |"},
+      {"padding is never wider than the room left", 5, "{align:padding:10}ab{/align}|", "ab   \n|"},
+      {"a word longer than the width is broken hard", 4, "abcdefghij", "abcd\nefgh\nij"},
+      {"... after a word that fits", 4, "ab cdefghij", "ab\ncdef\nghij"},
+      {"whitespace at a full line is the break", 4, "abcd efgh", "abcd\nefgh"},
+      {"a newline at a full line is one break", 4, "abcd\nef", "abcd\nef"},
+      {"blank lines stay", 10, "ab\n\ncd", "ab\n\ncd"},
+      {"a carried word counts on its new line", 10, "hello world again", "hello\nworld\nagain"},
+      {"... and fits where it can", 11, "hello world again", "hello world\nagain"},
+      // "ab cd" fills the line; at "e" the word "cd" moves down, two spaces (its length) go in
+      // front of "ab", and the alignment goes on from "e", after the carried word.
+      {"a wrap inside a right alignment shifts the part before the break", 5, "{align:right}ab cde{/align}",
+       "  ab\ncd  e"},
+      // The space recorded at index 1 is taken after three spaces were inserted in front of
+      // it, so the break lands inside the inserted spaces, not between "a" and "b".
+      {"recorded indexes are not moved by later insertions", 6, "{align:right}a b{/align}c", " \n a bc"},
+      {"unknown tags pass through and take no columns", 4, "{unknown}abcd", "{unknown}abcd"},
+      {"unknown colours too", 4, "ab{color:purple}cd", "ab{color:purple}cd"},
+      {"an empty tag goes", 4, "a{}b", "ab"},
+      {"an unterminated tag is left for the drawing pass to drop", 4, "ab{cd", "ab{cd"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(Lay(c.width, c.text), c.laidOut) << c.rule;
 }
 
 TEST(MarkupLayout, VariablesAreExpandedWithoutWordWrap) {
