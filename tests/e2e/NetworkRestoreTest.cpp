@@ -104,15 +104,16 @@ TEST_F(NetworkRestore, FactoryRestoreAsksTwiceThenStopsTheMachinesAndResetsTheNe
     ASSERT_NO_FATAL_FAILURE(OpenWindow(term));
     const int enabled = Foreground(term, "Restore DVS");
 
-    // Esc at the question, then Esc at the machines' warning: nothing happens.
+    // Esc at the question, then Space and Esc at the machines' warning: nothing happens.
     ASSERT_NO_FATAL_FAILURE(Confirmation(term));
     term.Press("Esc");
     ASSERT_NO_FATAL_FAILURE(BackInWindow(term, kConfirmTitle));
     ASSERT_NO_FATAL_FAILURE(Confirmation(term));
     term.Press("F11");
-    for (const char* text : {kWarningTitle, "restore the network.", "<Enter> Confirm"})
+    for (const char* text : {kWarningTitle, "restore the network.", "<Enter> Confirm", "<Esc> Cancel"})
       ASSERT_TRUE(term.WaitForText(text)) << text << "\n" << term.Screen();
     ASSERT_TRUE(term.WaitUntilPolling());
+    term.Press("Space");  // ignored
     term.Press("Esc");
     ASSERT_NO_FATAL_FAILURE(BackInWindow(term, kWarningTitle));
     EXPECT_FALSE(term.WaitForText(kConfirmTitle, 0)) << term.Screen();
