@@ -37,6 +37,8 @@ TEST_F(Startup, EveryExitPathRestoresTheTerminalResetsThePaletteAndKeepsThePidFi
       {"SIGINT", [](Terminal& t) { t.Signal(SIGINT); }, 0, nullptr, nullptr, nullptr},
       {"SIGQUIT", [](Terminal& t) { t.Signal(SIGQUIT); }, 0, nullptr, nullptr, nullptr},
       {"SIGHUP (hang-up)", [](Terminal& t) { t.Signal(SIGHUP); }, 0, nullptr, nullptr, nullptr},
+      {"SIGUSR2 (quit) outside a session", [](Terminal& t) { t.Signal(SIGUSR2); }, 0, nullptr, nullptr,
+       nullptr},
       {"resize", [](Terminal& t) { t.Resize(30, 100); }, 0, "Resized window to 100x30", nullptr, nullptr},
       {"ESC R", [](Terminal& t) { t.Write("\033R"); }, 0, "Resized window to 80x24", nullptr, nullptr},
       {"a host error reaching main", nullptr, 0, "KONU aborted by exception: TCP/IP stack gone", "Host.Stack",
