@@ -128,13 +128,21 @@ TEST_F(Startup, InvalidVirtualTerminalArgumentsAreLoggedAndIgnored) {
   EXPECT_EQ(std::string::npos, Syslog().find("Invalid VT specified for KONU: 63"));
 }
 
+// (A missing pid file: every start in EveryExitPathRestoresTheTerminal... above.)
 TEST_F(Startup, StalePidFileIsOverwrittenAndALiveOneLeftAlone) {
-  // A pid that cannot be running: the highest pid the kernel hands out, plus one.
-  WriteFile("var/run/konu.pid", "4194305");
+  // Not a number, and a pid that cannot be running: the highest the kernel hands out, plus one.
+  WriteFile("var/run/konu.pid", "not a number");
+  {
+    Terminal garbage(24, 80);
+    StartKonu(garbage);
+    ASSERT_TRUE(garbage.WaitForText(ProductLine())) << garbage.Screen();
+    EXPECT_EQ(std::to_string(garbage.Pid()), ReadFile("var/run/konu.pid"));
+  }
+  WriteFile("var/run/konu.pid", "4194305\n");
   Terminal first(24, 80);
   StartKonu(first);
   ASSERT_TRUE(first.WaitForText(ProductLine())) << first.Screen();
-  EXPECT_EQ(std::to_string(first.Pid()), ReadFile("var/run/konu.pid"));
+  EXPECT_EQ(std::to_string(first.Pid()), ReadFile("var/run/konu.pid")) << "decimal, no newline";
 
   Terminal second(24, 80);
   StartKonu(second);

@@ -1,5 +1,5 @@
-// Start-up pieces that need no terminal: options, the VT argument, the pid file, the
-// clocks and the idle time-out read.
+// Start-up pieces that need no terminal: options, the VT argument, the clocks and the idle
+// time-out read. (The pid file: e2e.Startup.StalePidFileIsOverwrittenAndALiveOneLeftAlone.)
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <syslog.h>
@@ -10,7 +10,6 @@
 
 #include "app/Clock.h"
 #include "app/Console.h"
-#include "app/PidFile.h"
 #include "app/Runtime.h"
 #include "app/Session.h"
 #include "host/Log.h"
@@ -22,7 +21,6 @@
 namespace {
 
 using LogCapture = Konu::OpsTest::CapturedLog;
-using KonuTest::ReadFileText;
 
 TEST(ConsoleOptions, HostRootFromOptionOrEnvironmentAndTheFirstFreeArgumentIsTheVt) {
   char prog[] = "konu", opt[] = "--host-root", dir[] = "/tmp/h", vt[] = "7", extra[] = "9";
@@ -70,29 +68,6 @@ TEST(VirtualTerminalArgument, OneToSixtyThreeSelectAndEverythingElseIsLogged) {
     EXPECT_EQ(0, Konu::ParseVirtualTerminal(bad)) << bad;
     EXPECT_TRUE(log.Has(std::string("Invalid VT specified for KONU: ") + bad)) << bad;
   }
-}
-
-TEST(PidFile, MissingGarbageAndStalePidsAreReplacedALiveOneIsKept) {
-  LogCapture log;
-  KonuTest::TempDir dir;
-  std::string path = dir / "konu.pid";
-  std::string own = std::to_string(getpid());
-
-  EXPECT_TRUE(Konu::ClaimPidFile(path)) << "missing file";
-  EXPECT_EQ(own, ReadFileText(path)) << "decimal, no newline";
-
-  std::ofstream(path) << "not a number";
-  EXPECT_TRUE(Konu::ClaimPidFile(path));
-  EXPECT_EQ(own, ReadFileText(path));
-
-  std::ofstream(path) << "4194305\n";  // above the kernel's pid limit: never alive
-  EXPECT_TRUE(Konu::ClaimPidFile(path));
-  EXPECT_EQ(own, ReadFileText(path));
-
-  std::ofstream(path) << "1";  // init is alive
-  EXPECT_FALSE(Konu::ClaimPidFile(path));
-  EXPECT_EQ("1", ReadFileText(path));
-  EXPECT_TRUE(log.Has("Attempt to run multiple KONU instances, not updating " + path));
 }
 
 TEST(Clock, ScaledClockRunsFasterAndShortensRealWaits) {
