@@ -10,6 +10,9 @@
 #include "app/Runtime.h"
 #include "host/Host.h"
 #include "host/HostCtlException.h"
+#include "host/sim/DefaultState.h"
+#include "host/sim/SimHost.h"
+#include "host/sim/StateFile.h"
 #include "ops/Events.h"
 #include "ops/HostFacts.h"
 #include "tests/unit/OpsTestSupport.h"
@@ -94,43 +97,26 @@ class RecordingNetworkInfo : public HostCtl::Network::NetworkInfo {
   bool updated_ = false;
 };
 
-// A backend whose only services are the three these functions use.
-class RecordingHost : public HostCtl::Host {
+// A fresh simulated host whose three services these functions use are recording ones.
+struct FreshRoot {
+  FreshRoot() { Sim::StateFile(dir.Path()).Write(Sim::DefaultHostState()); }
+  KonuTest::TempDir dir;
+};
+
+class RecordingHost : private FreshRoot, public HostCtl::Sim::SimHost {
  public:
+  RecordingHost() : SimHost(dir.Path()) {}
   std::unique_ptr<HostCtl::Network::NetworkInfo> CreateNetworkInfo() const override {
     return std::make_unique<RecordingNetworkInfo>(record);
   }
-  std::unique_ptr<HostCtl::Network::DnsConfig> CreateDnsConfig(const std::string&) const override {
-    return nullptr;
-  }
-  std::unique_ptr<HostCtl::Network::RoutingInfo> CreateRoutingInfo(const std::string&) const override {
-    return nullptr;
-  }
-  std::unique_ptr<HostCtl::Network::VirtualSwitchInfo> CreateVirtualSwitchInfo() const override {
-    return nullptr;
-  }
-  std::unique_ptr<HostCtl::Network::DistributedSwitchInfo> CreateDistributedSwitchInfo() const override {
-    return nullptr;
-  }
-  std::unique_ptr<HostCtl::HardwareInfo> CreateHardwareInfo() const override { return nullptr; }
-  std::unique_ptr<HostCtl::SmartCardInfo> CreateSmartCardInfo() const override { return nullptr; }
-  std::unique_ptr<HostCtl::SystemInfo> CreateSystemInfo() const override { return nullptr; }
-  std::unique_ptr<HostCtl::Adv::AdvancedOptions> CreateAdvancedOptions() const override { return nullptr; }
-  std::unique_ptr<HostCtl::SysinfoUtil> CreateSysinfoUtil() const override { return nullptr; }
-  std::unique_ptr<HostCtl::ShellExec> CreateShellExec() const override { return nullptr; }
-  std::unique_ptr<HostCtl::SupportInfo> CreateSupportInfo() const override { return nullptr; }
   std::unique_ptr<HostCtl::EventLib> CreateEventLib() const override {
     return std::make_unique<RecordingEventLib>(record);
   }
   std::unique_ptr<HostCtl::AuditLog> CreateAuditLog() const override {
     return std::make_unique<RecordingAuditLog>(record);
   }
-  const std::string& Root() const override { return root_; }
 
   mutable Record record;
-
- private:
-  std::string root_ = "/";
 };
 
 class EventsTest : public ::testing::Test {
