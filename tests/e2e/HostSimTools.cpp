@@ -356,7 +356,7 @@ TEST_F(HostSimTools, MalformedStateIsNamedByToolsAndControlAndKept) {
     CommandResult c = host.Control(args);
     EXPECT_EQ(c.exitCode, 2);
     EXPECT_NE(c.err.find(path), std::string::npos) << c.err;
-    EXPECT_NE(c.err.find("line 2"), std::string::npos) << c.err;
+    EXPECT_NE(c.err.find("line 2, column 16"), std::string::npos) << c.err;
   }
   EXPECT_EQ(ReadFileText(path), broken);
 }
