@@ -32,11 +32,16 @@ class NetworkScreen : public SimHostFixture {
     if (ready) Ready(term, "<Esc> Exit");
   }
 
-  // Moves the selection down `steps` entries and waits for the entry's pane heading.
-  static void Select(Terminal& term, int steps, const std::string& heading) {
-    for (int i = 0; i < steps; ++i) term.Press("Down");
-    ASSERT_TRUE(term.WaitFor([&] { return PaneHeading(term) == heading; })) << term.Screen();
-    ASSERT_TRUE(term.WaitUntilPolling());
+  // Moves the selection down until the pane shows `heading` (staying when it does already),
+  // and waits for key reading.
+  static void Select(Terminal& term, const std::string& heading) {
+    for (int i = 0; i < 6 && PaneHeading(term) != heading; ++i) {
+      const std::string before = PaneHeading(term);
+      term.Press("Down");
+      ASSERT_TRUE(term.WaitFor([&] { return PaneHeading(term) != before; })) << term.Screen();
+      ASSERT_TRUE(term.WaitUntilPolling());
+    }
+    ASSERT_EQ(heading, PaneHeading(term)) << term.Screen();
   }
 
   // The heading of the summary pane: row 1, after the screen's title.
@@ -93,7 +98,7 @@ class NetworkScreen : public SimHostFixture {
     ASSERT_NO_FATAL_FAILURE(PressUntil(term, "Space", markedRow));
     term.Press("Enter");
     ReadyWithout(term, "Hardware Label (MAC Address)");
-    Select(term, 1, "VLAN (optional)");
+    Select(term, "VLAN (optional)");
     term.Press("Enter");
     EnterVlan(term, vlan);
     WaitForPane(term, vlan);
@@ -162,7 +167,7 @@ TEST_F(NetworkScreen, PanesDrawFullyAndUnchangedDialogsApplyNothing) {
         {"Custom DNS Suffixes", {"example.test", "When using short, unqualified names,"}},
     };
     for (const Pane& pane : panes) {
-      Select(term, 1, pane.heading);
+      Select(term, pane.heading);
       for (const char* text : pane.texts)
         EXPECT_TRUE(term.WaitForText(text)) << text << "\n" << term.Screen();
       EXPECT_TRUE(Contains(term.Row(rows - 3), "<Esc> Exit")) << term.Screen();
@@ -197,7 +202,7 @@ TEST_F(NetworkScreen, PanesDrawFullyAndUnchangedDialogsApplyNothing) {
     };
     for (const Entry& entry : entries) {
       SCOPED_TRACE(entry.heading);
-      Select(term, 1, entry.heading);
+      Select(term, entry.heading);
       term.Press("Enter");
       Ready(term, kDialogFooter);
       ExpectWholeDialog(term, entry.lastRow);
@@ -321,7 +326,7 @@ TEST_F(NetworkScreen, VlanRulesAndTheConfirmationAnswers) {
   {
     Terminal term(24, 80);
     Open(term);
-    Select(term, 1, "VLAN (optional)");
+    Select(term, "VLAN (optional)");
     for (const char* refused : {"0", "4096"}) {
       term.Press("Enter");
       EnterVlan(term, refused);
@@ -349,7 +354,7 @@ TEST_F(NetworkScreen, VlanRulesAndTheConfirmationAnswers) {
   }
   Terminal term(24, 80);
   Open(term);
-  Select(term, 1, "VLAN (optional)");
+  Select(term, "VLAN (optional)");
   term.Press("Enter");
   EnterVlan(term, "42");
   WaitForPane(term, "42");
@@ -471,9 +476,9 @@ TEST_F(NetworkScreen, WithoutAUsableInterfaceTheScreenSaysSo) {
 // them to the host.
 class NetworkAddresses : public NetworkScreen {
  protected:
-  // Opens the entry `steps` below the first and waits for its dialog.
-  static void Edit(Terminal& term, int steps, const std::string& heading, const std::string& dialogText) {
-    Select(term, steps, heading);
+  // Opens the entry whose pane shows `heading` (below the selected one) and waits for its dialog.
+  static void Edit(Terminal& term, const std::string& heading, const std::string& dialogText) {
+    Select(term, heading);
     term.Press("Enter");
     Ready(term, dialogText);
   }
@@ -483,16 +488,6 @@ class NetworkAddresses : public NetworkScreen {
     for (const std::string& key : keys) term.Press(key);
     term.Press("Enter");
     ReadyWithout(term, dialogText);
-  }
-  // Moves down the entries until the pane shows `heading` (staying when it does already).
-  static void MoveTo(Terminal& term, const std::string& heading) {
-    for (int i = 0; i < 6 && PaneHeading(term) != heading; ++i) {
-      const std::string before = PaneHeading(term);
-      term.Press("Down");
-      ASSERT_TRUE(term.WaitFor([&] { return PaneHeading(term) != before; })) << term.Screen();
-      ASSERT_TRUE(term.WaitUntilPolling());
-    }
-    ASSERT_EQ(heading, PaneHeading(term)) << term.Screen();
   }
   // The text cursor is shown on the field labelled `label`.
   static bool CursorOn(const Terminal& term, const std::string& label) {
@@ -513,7 +508,7 @@ class NetworkAddresses : public NetworkScreen {
     SetState("/network/dhcpServer/available", server);
     Terminal term(24, 80);
     Open(term);
-    Edit(term, 2, "IPv4 Configuration", kStaticChoice);
+    Edit(term, "IPv4 Configuration", kStaticChoice);
     for (const char* key : {"Down", " ", "Down", "Down", "Down"}) term.Press(key);
     ASSERT_TRUE(term.WaitUntilPolling());
     EXPECT_FALSE(term.CursorVisible()) << "the address fields are disabled and passed over";
@@ -539,7 +534,7 @@ TEST_F(NetworkAddresses, TypicalStaticChangeFromTheMenuShowsOnTheWelcomeScreen) 
   Terminal term(25, 80);
   OpenFromMenu(term, "<Enter> More", "<Esc> Exit");  // the first entry with more behind it
   ASSERT_EQ("Network Adapters", PaneHeading(term)) << term.Screen();
-  Edit(term, 2, "IPv4 Configuration", kStaticChoice);
+  Edit(term, "IPv4 Configuration", kStaticChoice);
   Fill(term, kStaticChoice,
        {"Down", "Down", "Down", "1a0.0.0.9", "Down", "255.255.0.0", "Down", "10.0.0.254"});
   Leave(term, "Apply changes and restart management network?", "Esc");
@@ -614,7 +609,7 @@ TEST_F(NetworkAddresses, EveryRefusalMovesTheSelectionToItsField) {
   Open(term);
   for (const Case& c : cases) {
     SCOPED_TRACE(c.errorText + std::string(" / ") + c.field);
-    MoveTo(term, c.entry);
+    Select(term, c.entry);
     term.Press("Enter");
     Ready(term, kDialogFooter);
     for (const std::string& key : c.keys) term.Press(key);
@@ -637,7 +632,6 @@ TEST_F(NetworkAddresses, EveryRefusalMovesTheSelectionToItsField) {
 // it does not take.
 TEST_F(NetworkAddresses, ModesAsApplied) {
   struct Change {
-    int steps;  // below the entry before
     const char* heading;
     const char* dialogText;
     std::vector<std::string> keys;
@@ -650,9 +644,9 @@ TEST_F(NetworkAddresses, ModesAsApplied) {
   };
   const Case cases[] = {
       {"none, DHCPv6, DNS",
-       {{2, "IPv4 Configuration", kStaticChoice, {" "}},
-        {1, "IPv6 Configuration", kIpv6Static, {"Down", " ", "Down", " "}},
-        {1, "DNS Configuration", kDnsManual, {"Down", "Down", "Down", "Backspace", "Down", "new-host.x_y"}}},
+       {{"IPv4 Configuration", kStaticChoice, {" "}},
+        {"IPv6 Configuration", kIpv6Static, {"Down", " ", "Down", " "}},
+        {"DNS Configuration", kDnsManual, {"Down", "Down", "Down", "Backspace", "Down", "new-host.x_y"}}},
        {"Setting ipv4 configuration to none on nuk0", "Setting ipv6 configuration",
         "Setting hostname to new-host.xy", "Setting nameservers to 10.0.0.2 ", "Network settings changed."},
        {{"/network/nukNics/nuk0/ipv4/none", true},
@@ -662,7 +656,7 @@ TEST_F(NetworkAddresses, ModesAsApplied) {
         {"/network/routing/defaultTcpipStack/ipv6Gateway", "2001:db8:10::1"},
         {"/network/dns/defaultTcpipStack/nameServers", {"10.0.0.2"}}}},
       {"router advertisement",
-       {{3, "IPv6 Configuration", kIpv6Static, {"Down", " "}}},
+       {{"IPv6 Configuration", kIpv6Static, {"Down", " "}}},
        {"Setting ipv6 configuration", "Network settings changed."},
        {{"/network/nukNics/nuk0/ipv6/dhcp", false},
         {"/network/nukNics/nuk0/ipv6/routerAdvertised", true},
@@ -675,7 +669,7 @@ TEST_F(NetworkAddresses, ModesAsApplied) {
     Terminal term(24, 80);
     Open(term);
     for (const Change& change : c.changes) {
-      Edit(term, change.steps, change.heading, change.dialogText);
+      Edit(term, change.heading, change.dialogText);
       Fill(term, change.dialogText, change.keys);
     }
     Leave(term, "Apply changes and restart management network?", "y");
@@ -693,9 +687,9 @@ TEST_F(NetworkAddresses, AFailingIpv6GatewayStepIsReportedAndTheNextStepRuns) {
   SetState("/faults/operations/RoutingInfo.SetIpv6NuKernelDefaultGateway", "boom");
   Terminal term(24, 80);
   Open(term);
-  Edit(term, 3, "IPv6 Configuration", kIpv6Static);
+  Edit(term, "IPv6 Configuration", kIpv6Static);
   Fill(term, kIpv6Static, {"Down", "Down", "Down", "fe81::1/64", "Down", "2001:db8:10::2"});
-  Edit(term, 2, "Custom DNS Suffixes", "Suffixes:");
+  Edit(term, "Custom DNS Suffixes", "Suffixes:");
   Fill(term, "Suffixes:", {"x.test"});
   Leave(term, "Apply changes and restart management network?", "y");
   Ready(term, "Setting default ipv6 gateway failed: boom");
@@ -724,7 +718,7 @@ TEST_F(NetworkAddresses, SwitchingToDhcpWithoutAServerWarns) {
 TEST_F(NetworkAddresses, Ipv6ToggledAloneAppliesAndRestartsTheHost) {
   Terminal term(24, 80);
   Open(term);
-  Edit(term, 3, "IPv6 Configuration", kIpv6Static);
+  Edit(term, "IPv6 Configuration", kIpv6Static);
   Fill(term, kIpv6Static, {" "});
   Leave(term, "Apply changes and reboot host?", "Y");
   ASSERT_TRUE(term.WaitForText("Restart in progress...")) << term.Screen();
@@ -740,9 +734,9 @@ TEST_F(NetworkAddresses, Ipv6ToggledAloneAppliesAndRestartsTheHost) {
 TEST_F(NetworkAddresses, DnsServersAndSuffixesAsApplied) {
   Terminal term(24, 80);
   Open(term);
-  Edit(term, 4, "DNS Configuration", kDnsManual);
+  Edit(term, "DNS Configuration", kDnsManual);
   Fill(term, kDnsManual, {"Down", "Down", "0.0.0.0", "Down", "::"});
-  Edit(term, 1, "Custom DNS Suffixes", "Suffixes:");
+  Edit(term, "Custom DNS Suffixes", "Suffixes:");
   Fill(term, "Suffixes:", {"a.test, b.test,,{c}.test"});  // typed at once; braces are not taken
   Leave(term, "Apply changes and restart management network?", "Y");
   FinishDialogChild(term, 1);
