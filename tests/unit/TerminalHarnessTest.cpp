@@ -131,15 +131,6 @@ TEST(TerminalText, EnvironmentIsExactlyTheGivenOnePlusTerm) {
   EXPECT_TRUE(own.WaitForText("<vt100>", 2000)) << own.Screen();
 }
 
-TEST(TerminalText, BytesWrittenCountsEverythingRead) {
-  Terminal t(3, 20);
-  t.Spawn({"/bin/sh", "-c", "printf 'abcdefghij'"});
-  int status = -1;
-  ASSERT_TRUE(t.WaitForExit(2000, &status));
-  EXPECT_EQ(t.Row(0).substr(0, 10), "abcdefghij");
-  EXPECT_EQ(t.BytesWritten(), 10u);
-}
-
 TEST(TerminalText, AnswersTheProgramsQueries) {
   Terminal t(6, 40);
   t.Fork([] {
@@ -250,7 +241,7 @@ TEST(TerminalKeys, CursorKeysFollowTheApplicationCursorMode) {
 
 // ---- The child's life
 
-TEST(TerminalChild, ExitStatusOfSpawnAndFork) {
+TEST(TerminalChild, ExitStatusOfSpawnAndForkAndASignalsEnd) {
   Terminal shell(3, 20);
   shell.Spawn({"/bin/sh", "-c", "exit 7"});
   int status = -1;
@@ -263,15 +254,12 @@ TEST(TerminalChild, ExitStatusOfSpawnAndFork) {
   ASSERT_TRUE(forked.WaitForExit(2000, &status));
   ASSERT_TRUE(WIFEXITED(status));
   EXPECT_EQ(WEXITSTATUS(status), 3);
-}
 
-TEST(TerminalChild, SignalEndsTheChild) {
-  Terminal t(3, 20);
-  t.Spawn({"/bin/sleep", "30"});
-  EXPECT_FALSE(t.WaitForExit(50, nullptr));
-  t.Signal(SIGTERM);
-  int status = -1;
-  ASSERT_TRUE(t.WaitForExit(2000, &status));
+  Terminal sleeper(3, 20);
+  sleeper.Spawn({"/bin/sleep", "30"});
+  EXPECT_FALSE(sleeper.WaitForExit(50, nullptr));
+  sleeper.Signal(SIGTERM);
+  ASSERT_TRUE(sleeper.WaitForExit(2000, &status));
   ASSERT_TRUE(WIFSIGNALED(status));
   EXPECT_EQ(WTERMSIG(status), SIGTERM);
 }
@@ -326,6 +314,7 @@ TEST(TerminalChild, BoundedWaitGivesUpInTime) {
   EXPECT_LT(took, 2000);
 }
 
+// Also: BytesWritten counts every byte read.
 TEST(TerminalChild, WaitForExitKeepsDrainingALoudChild) {
   Terminal t(5, 20);
   // Far more than a pty buffer holds: the child only ends if we keep reading.
