@@ -21,6 +21,7 @@
 #include "host/linux/LinuxAuditLog.h"
 #include "host/linux/LinuxHost.h"
 #include "host/linux/LinuxSmartCardInfo.h"
+#include "tests/QuietLog.h"
 #include "tests/harness/SimHost.h"
 
 namespace fs = std::filesystem;
@@ -367,7 +368,7 @@ TEST(LinuxBackend, AuditRecordsGoToTheKernelElseTheJournal) {
     Konu::SetLogSink(std::make_unique<Lines>(&logged));
     HostCtl::Linux::LinuxAuditLog(kernel).CblAudit_VLog("login.connect", "a b", "", 0,
                                                         {{"reason", "Invalid Login"}});
-    Konu::SetLogSink(std::make_unique<Konu::SyslogSink>());
+    KonuTest::UseQuietLog();
     EXPECT_EQ(logged, c.toKernel ? "" : journalLine);
     EXPECT_EQ(StandInKernel::closed, StandInKernel::opened) << "every descriptor closed";
     // A login is USER_LOGIN; values with blanks (a typed name is untrusted) go hex-encoded.

@@ -13,6 +13,7 @@
 
 #include "host/HostRoot.h"
 #include "host/Log.h"
+#include "tests/QuietLog.h"
 #include "tests/harness/Files.h"
 
 namespace Konu::OpsTest {
@@ -34,7 +35,7 @@ class CapturedLog {
     auto sink = std::make_unique<Sink>(this);
     SetLogSink(std::move(sink));
   }
-  ~CapturedLog() { SetLogSink(std::make_unique<SyslogSink>()); }
+  ~CapturedLog() { KonuTest::UseQuietLog(); }
   CapturedLog(const CapturedLog&) = delete;
   CapturedLog& operator=(const CapturedLog&) = delete;
 
