@@ -26,13 +26,13 @@ char* Capability(const char* name) {
 
 }  // namespace
 
-bool TrimAttributeReset() {
+void TrimAttributeReset() {
   char* reset = Capability("sgr0");
   const char* leaveAlternate = Capability("rmacs");
-  if (!reset || !leaveAlternate || !Capability("sgr")) return false;
+  if (!reset || !leaveAlternate || !Capability("sgr")) return;
   const size_t length = strlen(reset);
   const size_t cut = strlen(leaveAlternate);
-  if (cut >= length) return false;
+  if (cut >= length) return;
   // Only a copy at either end: one in the middle could be part of another sequence.
   char* at = nullptr;
   if (strncmp(reset, leaveAlternate, cut) == 0) {
@@ -40,10 +40,9 @@ bool TrimAttributeReset() {
   } else if (strcmp(reset + length - cut, leaveAlternate) == 0) {
     at = reset + length - cut;
   } else {
-    return false;
+    return;
   }
   memmove(at, at + cut, strlen(at + cut) + 1);
-  return true;
 }
 
 }  // namespace Konu

@@ -5,7 +5,7 @@ namespace Konu {
 
 // Once at start-up, after newterm and after the emergency restore has copied the terminal's
 // own sgr0. Drops the character-set switch from the loaded sgr0 when curses never needs it
-// there; otherwise changes nothing. Returns whether sgr0 was shortened.
-bool TrimAttributeReset();
+// there; otherwise changes nothing.
+void TrimAttributeReset();
 
 }  // namespace Konu
